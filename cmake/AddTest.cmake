@@ -1,0 +1,29 @@
+# zb_add_test(NAME [VIRTUAL_DEVICE] [WITHOUT_DAEMON] SOURCES ... [LIBRARIES ...] [TIMEOUT seconds])
+#
+# A QtTest program that ctest runs. With VIRTUAL_DEVICE it runs inside a virtual device of its own: private system
+# bus, utility daemon and home folder, gone when the test ends; WITHOUT_DAEMON leaves the daemon to the test.
+# The locale and the time zone are fixed, since both are read once per process and change texts and time stamps.
+find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
+
+set(ZB_TEST_ENVIRONMENT LC_ALL=C.UTF-8 TZ=UTC QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software
+    UBSAN_OPTIONS=print_stacktrace=1)
+
+function(zb_add_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "VIRTUAL_DEVICE;WITHOUT_DAEMON" "TIMEOUT" "SOURCES;LIBRARIES")
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE Qt5::Test ${arg_LIBRARIES})
+    set(launcher)
+    if(arg_VIRTUAL_DEVICE)
+        set(launcher $<TARGET_FILE:zbvirtualdevice>)
+        if(arg_WITHOUT_DAEMON)
+            list(APPEND launcher --without-daemon)
+        endif()
+        list(APPEND launcher --)
+        add_dependencies(${name} zbvirtualdevice zbutilityd)
+    endif()
+    add_test(NAME ${name} COMMAND ${launcher} $<TARGET_FILE:${name}>)
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} ENVIRONMENT "${ZB_TEST_ENVIRONMENT}")
+endfunction()

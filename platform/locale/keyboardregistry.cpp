@@ -1,0 +1,96 @@
+// The keyboard layouts that the system's XKB data offer, as libxkbregistry reads them.
+#include "keyboardregistry.h"
+
+#include <QtCore/QHash>
+
+#include <xkbcommon/xkbregistry.h>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace {
+
+constexpr char ruleset[] = "evdev";
+
+struct ReleaseContext
+{
+    void operator()(rxkb_context *context) const { rxkb_context_unref(context); }
+};
+
+QByteArray folderFrom(const char *variable, const char *otherwise)
+{
+    const QByteArray value = qgetenv(variable);
+    return value.isEmpty() ? QByteArray(otherwise) : value;
+}
+
+// Not isalnum(): that follows the locale of the process.
+bool isPlainName(const QByteArray &name)
+{
+    return std::all_of(name.begin(), name.end(), [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_'
+            || c == '-' || c == '/';
+    });
+}
+
+} // namespace
+
+QByteArrayList xkbFolders()
+{
+    return {folderFrom("XKB_CONFIG_EXTRA_PATH", "/etc/xkb"), folderFrom("XKB_CONFIG_ROOT", ZB_XKB_FOLDER)};
+}
+
+QByteArray registryFile(const QByteArray &folder)
+{
+    return folder + "/rules/" + ruleset + ".xml";
+}
+
+QByteArray symbolsFolder(const QByteArray &folder)
+{
+    return folder + "/symbols";
+}
+
+QVector<KeyboardEntry> readRegistry(const QByteArrayList &folders)
+{
+    const std::unique_ptr<rxkb_context, ReleaseContext> context(
+        rxkb_context_new(RXKB_CONTEXT_NO_DEFAULT_INCLUDES));
+    if (!context)
+        return {};
+    // What is wrong with a file is for whoever calls to say, once.
+    rxkb_context_set_log_level(context.get(), RXKB_LOG_LEVEL_CRITICAL);
+    for (const QByteArray &folder : folders)
+        rxkb_context_include_path_append(context.get(), folder.constData());
+    if (!rxkb_context_parse(context.get(), ruleset))
+        return {};
+
+    QVector<KeyboardEntry> entries;
+    for (rxkb_layout *layout = rxkb_layout_first(context.get()); layout; layout = rxkb_layout_next(layout)) {
+        entries.append({rxkb_layout_get_name(layout), rxkb_layout_get_variant(layout),
+                        rxkb_layout_get_brief(layout), rxkb_layout_get_description(layout)});
+    }
+    return entries;
+}
+
+QVector<KeyboardEntry> loadableEntries(const QVector<KeyboardEntry> &entries, const QByteArrayList &folders)
+{
+    QHash<QByteArray, bool> isLoadable;
+    const auto hasSymbols = [&folders](const QByteArray &layout) {
+        return std::any_of(folders.begin(), folders.end(), [&layout](const QByteArray &folder) {
+            return access((symbolsFolder(folder) + '/' + layout).constData(), R_OK) == 0;
+        });
+    };
+
+    QVector<KeyboardEntry> loadable;
+    loadable.reserve(entries.size());
+    for (const KeyboardEntry &entry : entries) {
+        auto known = isLoadable.find(entry.layout);
+        if (known == isLoadable.end()) {
+            const bool wellNamed = !entry.layout.isEmpty() && isPlainName(entry.layout);
+            known = isLoadable.insert(entry.layout, wellNamed && hasSymbols(entry.layout));
+        }
+        if (known.value() && isPlainName(entry.variant))
+            loadable.append(entry);
+    }
+    return loadable;
+}

@@ -1,0 +1,38 @@
+// The keyboard layouts that the system's XKB data offer, as libxkbregistry reads them.
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QByteArrayList>
+#include <QtCore/QVector>
+
+/// A layout, or a variant of one. All texts are UTF-8.
+struct KeyboardEntry
+{
+    QByteArray layout;
+    QByteArray variant;
+    QByteArray language;
+    QByteArray description;
+};
+
+/**
+ * The folders that hold XKB data for every user: XKB_CONFIG_EXTRA_PATH or /etc/xkb, then XKB_CONFIG_ROOT or
+ * the folder of xkeyboard-config. A user's own folders are left out: the compositor runs as another user and
+ * cannot read them.
+ */
+QByteArrayList xkbFolders();
+
+/// The registry file of one of the xkbFolders().
+QByteArray registryFile(const QByteArray &folder);
+
+/// The folder of one of the xkbFolders() that holds a file for each layout.
+QByteArray symbolsFolder(const QByteArray &folder);
+
+/// All entries of the registry files in \a folders; none when there is no file that can be read.
+QVector<KeyboardEntry> readRegistry(const QByteArrayList &folders);
+
+/**
+ * Those of \a entries that a compositor can load: their symbols are installed in one of \a folders, and their
+ * names can stand in an environment file. The first rule takes out "custom", a place holder that
+ * xkeyboard-config lists for a layout that the owner of the machine may add.
+ */
+QVector<KeyboardEntry> loadableEntries(const QVector<KeyboardEntry> &entries, const QByteArrayList &folders);

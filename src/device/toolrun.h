@@ -1,0 +1,18 @@
+// The one way to run a system tool and read it back.
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+class QProcess;
+
+/// How long a tool that is read back is waited for, in milliseconds.
+constexpr int toolPatience = 500;
+
+/**
+ * Runs \a program with \a process, which must be idle, and returns what it has printed on its standard output
+ * when it ends or after \ref toolPatience: decoded as UTF-8 up to the first NUL byte, not trimmed. A tool
+ * that still runs then keeps running. Exit status and standard error are not looked at; a tool that cannot
+ * start gives empty text.
+ */
+QString outputOfTool(QProcess &process, const QString &program, const QStringList &arguments);

@@ -1,0 +1,11 @@
+// The XKB lines of the compositor's environment file.
+#pragma once
+
+#include <QtCore/QString>
+
+/**
+ * \a content with its XKB_DEFAULT_LAYOUT and XKB_DEFAULT_VARIANT lines set to \a layout and \a variant, which
+ * are taken as they stand. A key that the text does not hold yet is appended; setting a key drops every line
+ * after it, except from a "<" on.
+ */
+QString withKeyboardLayout(const QString &content, const QString &layout, const QString &variant);
