@@ -1,0 +1,56 @@
+// The utility daemon of the device: the program.
+#include "commandline.h"
+#include "daemon.h"
+#include "recordedcall.h"
+#include "terminationsignals.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDebug>
+#include <QtDBus/QDBusConnection>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+int printAndEnd(const EarlyEnd &end)
+{
+    if (end.exitStatus == EXIT_SUCCESS)
+        std::puts(qUtf8Printable(end.text));
+    else
+        qCritical().noquote() << end.text;
+    return end.exitStatus;
+}
+
+int run(const Options &options, TerminationSignals &terminationSignals)
+{
+    Daemon daemon(options, QDBusConnection::systemBus());
+    const QString failure = daemon.start();
+    if (!failure.isEmpty()) {
+        qCritical().noquote() << failure;
+        return EXIT_FAILURE;
+    }
+    QObject::connect(&daemon, &Daemon::ended, qApp, &QCoreApplication::exit);
+    QObject::connect(&terminationSignals, &TerminationSignals::received, qApp, &QCoreApplication::quit);
+    terminationSignals.listen();
+
+    const int exitStatus = QCoreApplication::exec();
+    daemon.stop();
+    return exitStatus;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    TerminationSignals terminationSignals;
+    qSetMessagePattern(QStringLiteral("zbutilityd: %{message}"));
+    registerRecordedCallTypes();
+    const QCoreApplication application(argc, argv);
+
+    const auto commandLine =
+        readCommandLine(QCoreApplication::arguments(), qEnvironmentVariable("STATE_DIRECTORY"));
+    if (const auto *const end = std::get_if<EarlyEnd>(&commandLine))
+        return printAndEnd(*end);
+    return run(std::get<Options>(commandLine), terminationSignals);
+}

@@ -1,0 +1,66 @@
+// The launcher's own options. The first word that is no option begins COMMAND, whose options are its own.
+#include "commandline.h"
+
+#include "failure.h"
+
+namespace {
+
+const std::string tryHelp = "; 'zbvirtualdevice --help' lists the options";
+
+bool beginsWith(const std::string &text, const std::string &beginning)
+{
+    return text.compare(0, beginning.size(), beginning) == 0;
+}
+
+std::string nonEmptyPath(const std::string &path)
+{
+    if (path.empty())
+        throw Failure("--utilityd needs the path of a program" + tryHelp);
+    return path;
+}
+
+} // namespace
+
+CommandLine parseCommandLine(const std::vector<std::string> &arguments)
+{
+    const std::string utilityDaemonOption = "--utilityd";
+    CommandLine result;
+    auto argument = arguments.begin();
+    for (; argument != arguments.end() && beginsWith(*argument, "-") && *argument != "-"; ++argument) {
+        if (*argument == "--") {
+            ++argument;
+            break;
+        }
+        if (*argument == "--help" || *argument == "-h")
+            result.help = true;
+        else if (*argument == "--without-daemon")
+            result.withoutDaemon = true;
+        else if (*argument == utilityDaemonOption && argument + 1 != arguments.end())
+            result.utilityDaemon = nonEmptyPath(*++argument);
+        else if (*argument == utilityDaemonOption)
+            result.utilityDaemon = nonEmptyPath({});
+        else if (beginsWith(*argument, utilityDaemonOption + "="))
+            result.utilityDaemon = nonEmptyPath(argument->substr(utilityDaemonOption.size() + 1));
+        else
+            throw Failure("there is no option '" + *argument + "'" + tryHelp);
+    }
+    result.command.assign(argument, arguments.end());
+    return result;
+}
+
+std::string helpText()
+{
+    return R"(Usage: zbvirtualdevice [OPTION...] [--] [COMMAND [ARGUMENT...]]
+
+Starts a private label printer on this PC - a system bus and the utility daemon, with a home folder of
+their own - and runs COMMAND in it. The device ends with COMMAND and leaves no process and no file.
+Without COMMAND it prints the device's environment for a shell to read, and waits for Ctrl-C.
+
+  --without-daemon   start the bus only; COMMAND starts the utility daemon itself, or does without
+  --utilityd PATH    the utility daemon to use, instead of the zbutilityd beside this program
+  -h, --help         print this text
+
+The exit status is COMMAND's own, or 128 + N if signal N ended it, 127 if there is no such command, 126 if
+it cannot be run, and 125 if the device itself failed.
+)";
+}

@@ -1,0 +1,22 @@
+// What the person asked for on the command line.
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct CommandLine
+{
+    bool help = false;
+    bool withoutDaemon = false;
+    /// The utility daemon to start; empty means the one beside the launcher.
+    std::string utilityDaemon;
+    /// COMMAND and its arguments; empty means that the person wants the device without a command.
+    std::vector<std::string> command;
+};
+
+/// Reads the arguments after the program's name. Throws Failure for an option that does not exist or
+/// lacks its value.
+CommandLine parseCommandLine(const std::vector<std::string> &arguments);
+
+/// The text that --help prints.
+std::string helpText();

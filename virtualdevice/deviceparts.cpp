@@ -1,0 +1,65 @@
+// Puts the device together. This is where a new part is added.
+#include "deviceparts.h"
+
+#include "systembus.h"
+#include "utilitydaemon.h"
+
+#include <filesystem>
+
+const char *const directoryVariable = "ZBVIRTUALDEVICE_DIRECTORY";
+
+namespace {
+
+std::string utilityDaemonPath(const CommandLine &commandLine)
+{
+    if (!commandLine.utilityDaemon.empty())
+        return std::filesystem::absolute(commandLine.utilityDaemon).lexically_normal();
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "zbutilityd";
+}
+
+// A display server is not part of the device: its socket and its key are named by absolute paths, so that
+// they are still found from the private home and runtime folders.
+void keepDisplay(EnvironmentChanges *changes, const Environment &callers)
+{
+    const std::string wayland = callers.value("WAYLAND_DISPLAY").value_or("");
+    const std::string runtime = callers.value("XDG_RUNTIME_DIR").value_or("");
+    if (!wayland.empty() && wayland.front() != '/' && !runtime.empty())
+        changes->set.emplace_back("WAYLAND_DISPLAY", runtime + "/" + wayland);
+    const std::string key = callers.value("HOME").value_or("") + "/.Xauthority";
+    if (callers.value("DISPLAY") && !callers.value("XAUTHORITY") && access(key.c_str(), R_OK) == 0)
+        changes->set.emplace_back("XAUTHORITY", key);
+}
+
+} // namespace
+
+std::vector<std::unique_ptr<DevicePart>> makeDeviceParts(const CommandLine &commandLine,
+                                                         const DeviceDirectory &directory)
+{
+    std::vector<std::unique_ptr<DevicePart>> parts;
+    parts.push_back(std::make_unique<SystemBus>(directory));
+    if (!commandLine.withoutDaemon)
+        parts.push_back(std::make_unique<UtilityDaemon>(directory, utilityDaemonPath(commandLine)));
+    return parts;
+}
+
+EnvironmentChanges deviceEnvironment(const CommandLine &commandLine, const DeviceDirectory &directory,
+                                     const Environment &callers)
+{
+    EnvironmentChanges changes;
+    changes.unset = {"DBUS_SESSION_BUS_ADDRESS", "DBUS_STARTER_ADDRESS", "DBUS_STARTER_BUS_TYPE"};
+    changes.set = {
+        {"DBUS_SYSTEM_BUS_ADDRESS", directory.busAddress()},
+        {"HOME", directory.home()},
+        {"XDG_CONFIG_HOME", directory.config()},
+        {"XDG_DATA_HOME", directory.data()},
+        {"XDG_CACHE_HOME", directory.cache()},
+        {"XDG_STATE_HOME", directory.state()},
+        {"XDG_RUNTIME_DIR", directory.runtime()},
+        {"TMPDIR", directory.temporary()},
+        {directoryVariable, directory.path()},
+        {"ZBVIRTUALDEVICE_UTILITYD", utilityDaemonPath(commandLine)},
+    };
+    keepDisplay(&changes, callers);
+    return changes;
+}
