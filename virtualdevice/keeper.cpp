@@ -28,7 +28,8 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::seconds startLimit{20};
 constexpr std::chrono::seconds commandEndLimit{5};
 constexpr std::chrono::seconds partEndLimit{5};
-constexpr std::size_t logLinesShown = 5;
+// Room for what a sanitizer has to say.
+constexpr std::size_t logLinesShown = 60;
 
 std::string endOfLog(const std::string &path)
 {
@@ -167,9 +168,11 @@ void Keeper::partEnded(RunningPart *running, int waitStatus)
     running->process = 0;
     if (!running->ready)
         return;
-    const std::string sentence = running->part->name() + " " + describeEnd(waitStatus);
+    std::string sentence = running->part->name() + " " + describeEnd(waitStatus);
+    if (isCrash(waitStatus) || isFailure(waitStatus))
+        sentence += endOfLog(running->part->logFile());
     if (isCrash(waitStatus) || (m_clearingUp && isFailure(waitStatus)))
-        fail(sentence + endOfLog(running->part->logFile()));
+        fail(sentence);
     else if (!m_clearingUp && waitStatus != 0)
         complain(sentence);
 }

@@ -3,6 +3,7 @@
 
 bool isMilitaryShipMode(const QVariant &mode)
 {
-    constexpr int military = 2;
-    return mode.toInt() == military;
+    // Wider than an int, since a conversion to int cuts a number that does not fit.
+    constexpr qlonglong military = 2;
+    return mode.toLongLong() == military;
 }

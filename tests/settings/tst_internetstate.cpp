@@ -67,6 +67,7 @@ private Q_SLOTS:
     void destroyedObjectIsNotReached();
 
     void checkAsksTheDaemonToLookAgain();
+    void lateAnswerToACheckIsWaitedFor();
     void failedCheckReportsNothing_data();
     void failedCheckReportsNothing();
 
@@ -374,6 +375,17 @@ void TestInternetState::checkAsksTheDaemonToLookAgain()
     QCOMPARE(recorder.values(changed), QVariantList{true});
     QCOMPARE(methodsOf(m_daemon->calls()), QStringList{QStringLiteral("checkInternetConnection()")});
     QCOMPARE(m_log->texts(), QStringList());
+}
+
+void TestInternetState::lateAnswerToACheckIsWaitedFor()
+{
+    startDaemon();
+    ZBSettingsMain settings(nullptr, false);
+    QVERIFY(m_daemon->delayNextCall(300));
+    QElapsedTimer timer;
+    timer.start();
+    settings.checkInternetConnection();
+    QVERIFY2(timer.elapsed() >= 300, qPrintable(QString::number(timer.elapsed())));
 }
 
 void TestInternetState::failedCheckReportsNothing_data()

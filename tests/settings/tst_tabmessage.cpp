@@ -49,6 +49,11 @@ void TestTabMessage::messageGivesTabIndex_data()
     QTest::newRow("u and line feed") << QByteArray("u\n") << 0u;
     QTest::newRow("u and letters") << QByteArray("u\nabc") << 0u;
     QTest::newRow("u, empty line, number") << QByteArray("u\n\n4") << 0u;
+    QTest::newRow("u, not octal") << QByteArray("u\n010") << 10u;
+    QTest::newRow("u, not hexadecimal") << QByteArray("u\n0x10") << 0u;
+    QTest::newRow("u, minus sign") << QByteArray("u\n-3") << 0u;
+    QTest::newRow("u, spaces") << QByteArray("u\n 3 ") << 3u;
+    QTest::newRow("u, beyond int") << QByteArray("u\n4294967295") << 4294967295u;
     QTest::newRow("u twice, number") << QByteArray("u\nu\n4") << 0u;
     QTest::newRow("number, u, number") << QByteArray("5\nu\n6") << 6u;
     QTest::newRow("number, u, letters") << QByteArray("5\nu\nx") << 0u;

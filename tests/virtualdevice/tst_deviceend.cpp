@@ -9,6 +9,7 @@
 #include <array>
 #include <csignal>
 #include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -149,12 +150,16 @@ void DeviceEndTest::nothingIsLeftOfAnUnfinishedStart()
     daemon.close();
     daemon.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
 
+    const int reader = open(QFile::encodeName(pipe).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    QVERIFY(reader >= 0);
+
     Launch launch;
     launch.start(
         {QStringLiteral("--utilityd"), daemon.fileName(), QStringLiteral("echo"), QStringLiteral("never")});
-    QFile started(pipe);
-    QVERIFY(started.open(QIODevice::ReadOnly));
-    QCOMPARE(started.readLine(), QByteArray("started\n"));
+    pollfd started = {reader, POLLIN, 0};
+    const int ready = poll(&started, 1, 30000);
+    close(reader);
+    QCOMPARE(ready, 1);
     launch.sendSignal(number);
     QVERIFY(launch.waitForEnd());
     QCOMPARE(launch.exitStatus(), status);

@@ -1,0 +1,7 @@
+// The groups of benchmarks; each registers its own.
+#pragma once
+
+void registerSettingsBenchmarks();
+void registerConstructionBenchmarks();
+void registerNotificationBenchmarks();
+void registerTabMessageBenchmarks();
