@@ -1,0 +1,33 @@
+// What a row of a section says: a title and, below it, a line that explains it or warns.
+import QtQuick 2.15
+
+Column {
+    id: texts
+
+    property alias title: titleText.text
+    property string description
+    property string warning
+    /// Object name of the line below the title.
+    property string descriptionName: "description"
+
+    spacing: 3
+
+    PlainText {
+        id: titleText
+
+        width: parent.width
+        wrapMode: Text.WordWrap
+        maximumLineCount: 2
+    }
+
+    PlainText {
+        objectName: texts.descriptionName
+        width: parent.width
+        visible: text !== ""
+        text: texts.warning !== "" ? texts.warning : texts.description
+        color: texts.warning !== "" ? Theme.warning : Theme.secondaryText
+        font.pixelSize: Theme.smallSize
+        wrapMode: Text.WordWrap
+        maximumLineCount: 3
+    }
+}

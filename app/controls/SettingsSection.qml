@@ -1,0 +1,36 @@
+// Rows that belong together, on one card below a heading.
+import QtQuick 2.15
+
+Column {
+    id: section
+
+    property string heading
+    default property alias rows: rowColumn.data
+
+    width: parent ? parent.width : 0
+    spacing: 8
+
+    PlainText {
+        leftPadding: 4
+        visible: section.heading !== ""
+        text: section.heading
+        color: Theme.secondaryText
+        font.pixelSize: Theme.smallSize
+        font.weight: Font.DemiBold
+        Accessible.role: Accessible.Heading
+        Accessible.name: text
+    }
+
+    Rectangle {
+        width: parent.width
+        height: rowColumn.height
+        radius: Theme.radius
+        color: Theme.card
+
+        Column {
+            id: rowColumn
+
+            width: parent.width
+        }
+    }
+}

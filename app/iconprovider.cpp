@@ -1,0 +1,163 @@
+// The line drawings of the user interface. Each is a path on a ground of 24 by 24 units.
+#include "iconprovider.h"
+
+#include <QtCore/QHash>
+#include <QtGui/QPainter>
+#include <QtGui/QPainterPath>
+
+#include <initializer_list>
+
+namespace {
+
+constexpr double ground = 24;
+constexpr double lineWidth = 1.8;
+const QPointF middle(12, 12);
+
+void addLine(QPainterPath &path, std::initializer_list<QPointF> points)
+{
+    path.moveTo(*points.begin());
+    for (const QPointF &point : points)
+        path.lineTo(point);
+}
+
+QPainterPath general()
+{
+    QPainterPath path;
+    addLine(path, {{4, 7}, {11.2, 7}});
+    addLine(path, {{16.8, 7}, {20, 7}});
+    path.addEllipse(QPointF(14, 7), 2.8, 2.8);
+    addLine(path, {{4, 17}, {7.2, 17}});
+    addLine(path, {{12.8, 17}, {20, 17}});
+    path.addEllipse(QPointF(10, 17), 2.8, 2.8);
+    return path;
+}
+
+QPainterPath clock()
+{
+    QPainterPath path;
+    path.addEllipse(middle, 8.8, 8.8);
+    addLine(path, {{12, 7.4}, {12, 12}, {15.2, 14}});
+    return path;
+}
+
+QPainterPath globe()
+{
+    QPainterPath path;
+    path.addEllipse(middle, 8.8, 8.8);
+    path.addEllipse(middle, 4, 8.8);
+    addLine(path, {{3.2, 12}, {20.8, 12}});
+    return path;
+}
+
+QPainterPath update()
+{
+    QPainterPath path;
+    addLine(path, {{12, 4}, {12, 14.5}});
+    addLine(path, {{7.8, 10.4}, {12, 14.6}, {16.2, 10.4}});
+    path.moveTo(4, 15.5);
+    path.lineTo(4, 18.2);
+    path.quadTo(4, 20, 5.8, 20);
+    path.lineTo(18.2, 20);
+    path.quadTo(20, 20, 20, 18.2);
+    path.lineTo(20, 15.5);
+    return path;
+}
+
+QPainterPath user()
+{
+    QPainterPath path;
+    path.addEllipse(QPointF(12, 7.7), 3.7, 3.7);
+    path.arcMoveTo(QRectF(4.8, 14, 14.4, 12), 180);
+    path.arcTo(QRectF(4.8, 14, 14.4, 12), 180, -180);
+    return path;
+}
+
+QPainterPath chevron()
+{
+    QPainterPath path;
+    addLine(path, {{9, 5.5}, {15.5, 12}, {9, 18.5}});
+    return path;
+}
+
+QPainterPath unfold()
+{
+    QPainterPath path;
+    addLine(path, {{7.5, 9.5}, {12, 5}, {16.5, 9.5}});
+    addLine(path, {{7.5, 14.5}, {12, 19}, {16.5, 14.5}});
+    return path;
+}
+
+QPainterPath check()
+{
+    QPainterPath path;
+    addLine(path, {{5, 12.5}, {10, 17.5}, {19, 7}});
+    return path;
+}
+
+QPainterPath warning()
+{
+    QPainterPath path;
+    addLine(path, {{12, 4.2}, {21, 19.5}, {3, 19.5}, {12, 4.2}});
+    path.closeSubpath();
+    addLine(path, {{12, 10}, {12, 14}});
+    addLine(path, {{12, 16.6}, {12, 16.8}});
+    return path;
+}
+
+QPainterPath dim()
+{
+    QPainterPath path;
+    path.addEllipse(middle, 3, 3);
+    return path;
+}
+
+QPainterPath bright()
+{
+    QPainterPath path;
+    path.addEllipse(middle, 3.8, 3.8);
+    for (int ray = 0; ray < 8; ++ray) {
+        QTransform turn;
+        turn.translate(middle.x(), middle.y());
+        turn.rotate(45 * ray);
+        addLine(path, {turn.map(QPointF(0, -7.2)), turn.map(QPointF(0, -9.2))});
+    }
+    return path;
+}
+
+QPainterPath drawing(const QString &name)
+{
+    static const QHash<QString, QPainterPath (*)()> drawings = {
+        {QStringLiteral("general"), general}, {QStringLiteral("clock"), clock},
+        {QStringLiteral("globe"), globe},     {QStringLiteral("update"), update},
+        {QStringLiteral("user"), user},       {QStringLiteral("chevron"), chevron},
+        {QStringLiteral("unfold"), unfold},   {QStringLiteral("check"), check},
+        {QStringLiteral("warning"), warning}, {QStringLiteral("dim"), dim},
+        {QStringLiteral("bright"), bright}};
+    const auto draw = drawings.value(name);
+    return draw ? draw() : QPainterPath();
+}
+
+} // namespace
+
+IconProvider::IconProvider()
+    : QQuickImageProvider(QQuickImageProvider::Image)
+{
+}
+
+QImage IconProvider::requestImage(const QString &id, QSize *size, const QSize &requestedSize)
+{
+    const QString name = id.section(QLatin1Char('/'), 0, 0);
+    const QColor colour(id.section(QLatin1Char('/'), 1));
+
+    const int side =
+        requestedSize.isEmpty() ? int(ground) : qMin(requestedSize.width(), requestedSize.height());
+    QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(side / ground, side / ground);
+    painter.setPen(QPen(colour, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPath(drawing(name));
+    *size = image.size();
+    return image;
+}

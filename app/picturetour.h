@@ -1,0 +1,48 @@
+// PictureTour: drives the Settings application without a person, takes pictures of it and checks that the
+// three things for which it exists work: storing a setting, turning to a tab on request, showing the internet
+// state.
+#pragma once
+
+#include "virtualdevicecontrol.h"
+#include "windowdriver.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDir>
+#include <QtCore/QTextStream>
+
+class QQuickWindow;
+
+class PictureTour
+{
+    Q_DECLARE_TR_FUNCTIONS(PictureTour)
+
+public:
+    /// The window is that of a SettingsApplication without animations, and outlives the tour.
+    PictureTour(QQuickWindow *window, const QString &directory);
+
+    /// Writes the pictures and one line a result. The exit status of the program: 0 when all worked.
+    int run();
+
+private:
+    void photographPages();
+    void photographNotice();
+    void demonstrateBrightness();
+    void demonstrateTabSelection();
+    void demonstrateInternet();
+
+    void sayInternet(bool connected, const QString &word);
+    /// By a touch on the column at the left.
+    void turnTo(int tab);
+    /// As the application does it when it is asked to.
+    void showTab(int tab);
+    void scrollTo(double share);
+    void writePicture(const QString &name);
+    void report(bool worked, const QString &what);
+
+    QQuickWindow *const m_window;
+    WindowDriver m_driver;
+    VirtualDeviceControl m_device;
+    const QDir m_directory;
+    QTextStream m_output;
+    int m_failures = 0;
+};

@@ -1,0 +1,40 @@
+// Registration of the types of the QML module Corvanta.Settings.
+#include "settingsmodule.h"
+
+#include "guardedtype.h"
+
+#include <zbsettingsmain.h>
+#include <zbsettingsqmlenums.h>
+
+#include <QtQml/QQmlEngine>
+#include <QtQml/qqml.h>
+
+namespace {
+
+constexpr int majorVersion = 1;
+constexpr int minorVersion = 0;
+
+QObject *createSettingsMain(QQmlEngine *engine, QJSEngine *scriptEngine)
+{
+    constexpr bool runLocalServer = true;
+    return new GuardedType<ZBSettingsMain>(scriptEngine, engine, runLocalServer);
+}
+
+template <class Holder> void registerEnumerations(const char *uri)
+{
+    const char *const name = Holder::staticMetaObject.className();
+    qmlRegisterUncreatableType<Holder>(
+        uri, majorVersion, minorVersion, name,
+        QStringLiteral("%1 only carries enumerations").arg(QLatin1String(name)));
+}
+
+} // namespace
+
+void SettingsModule::registerTypes(const char *uri)
+{
+    qmlRegisterSingletonType<ZBSettingsMain>(
+        uri, majorVersion, minorVersion, ZBSettingsMain::staticMetaObject.className(), createSettingsMain);
+    registerEnumerations<ZBSettingsAboutInfoFields>(uri);
+    registerEnumerations<QMLCupsEnums>(uri);
+    registerEnumerations<ZBSettingsTabNames>(uri);
+}

@@ -1,0 +1,17 @@
+// The QML module Corvanta.Settings 1.0: the back end of the Settings application, ready for `import`.
+#pragma once
+
+#include <QtQml/QQmlExtensionPlugin>
+
+/**
+ * Registers the back-end classes under their own names: ZBSettingsMain as a singleton, one object an engine,
+ * and the enumeration holders as types that cannot be created.
+ */
+class SettingsModule : public QQmlExtensionPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QQmlExtensionInterface_iid)
+
+public:
+    void registerTypes(const char *uri) override;
+};
