@@ -27,12 +27,15 @@ void ZBSettingsMain::newClientConnection()
     // Every connection leaves one unused socket behind as a child of this object, and only the newest
     // connection is read from, whichever has sent something. Programs of the device count on the latter.
     d->currentClient = new QLocalSocket(this);
-    d->currentClient = d->localServer->nextPendingConnection();
+    QLocalSocket *const connection = d->localServer ? d->localServer->nextPendingConnection() : nullptr;
+    if (!connection)
+        return;
+    d->currentClient = connection;
     connect(d->currentClient, &QLocalSocket::readyRead, this, &ZBSettingsMain::localSocketDataReceived);
 }
 
 void ZBSettingsMain::localSocketDataReceived()
 {
-    const uint tabIndex = tabIndexFromMessage(d->currentClient->readAll());
+    const uint tabIndex = tabIndexFromMessage(d->currentClient ? d->currentClient->readAll() : QByteArray());
     Q_EMIT tabEnumChanged(static_cast<int>(tabIndex));
 }

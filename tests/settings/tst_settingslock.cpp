@@ -281,8 +281,8 @@ void TestSettingsLock::firstWriteHoldsTheLockToo()
 {
     SettingsFile::removeAll();
     const SettingsFileLock lock(SettingsFile::path());
-    const int folder = open(QFile::encodeName(SettingsFile::folder()).constData(),
-                            O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int folder =
+        open(QFile::encodeName(SettingsFile::folder()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     QVERIFY(folder >= 0);
     QCOMPARE(flock(folder, LOCK_EX | LOCK_NB), -1);
     close(folder);

@@ -80,6 +80,8 @@ private Q_SLOTS:
     void secondObjectTakesTheName();
     void impossibleNameIsLoggedAndTheObjectWorksOtherwise_data();
     void impossibleNameIsLoggedAndTheObjectWorksOtherwise();
+    void reactionsWithoutAConnectionDoNoHarm_data();
+    void reactionsWithoutAConnectionDoNoHarm();
 
 private:
     std::unique_ptr<MessageLog> m_log;
@@ -439,6 +441,27 @@ void TestTabServer::impossibleNameIsLoggedAndTheObjectWorksOtherwise()
     settings.setSetting(QStringLiteral("units"), 1);
     QVERIFY(SettingsFile::content().contains("units=1\n"));
     QCOMPARE(settings.getSetting(QStringLiteral("units")).toInt(), 1);
+}
+
+void TestTabServer::reactionsWithoutAConnectionDoNoHarm_data()
+{
+    QTest::addColumn<bool>("server");
+    QTest::newRow("server without a client") << true;
+    QTest::newRow("no server") << false;
+}
+
+// The meta-object lets anybody invoke them.
+void TestTabServer::reactionsWithoutAConnectionDoNoHarm()
+{
+    QFETCH(bool, server);
+    ZBSettingsMain settings(nullptr, server);
+    QSignalSpy tab(&settings, &ZBSettingsMain::tabEnumChanged);
+    QVERIFY(QMetaObject::invokeMethod(&settings, "localSocketDataReceived"));
+    QVERIFY(QMetaObject::invokeMethod(&settings, "newClientConnection"));
+    QVERIFY(QMetaObject::invokeMethod(&settings, "localSocketDataReceived"));
+    QCOMPARE(tab.count(), 2);
+    QCOMPARE(tab.at(0), QVariantList{0});
+    QCOMPARE(tab.at(1), QVariantList{0});
 }
 
 QTEST_GUILESS_MAIN(TestTabServer)

@@ -1,6 +1,6 @@
-#include <zbsettingsmain.h>
 #include <QCoreApplication>
 #include <QTextStream>
+#include <zbsettingsmain.h>
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
