@@ -16,7 +16,8 @@
  *
  * - an exception derived from std::exception becomes a JavaScript `Error` with the exception's text; the
  *   script can catch it, and otherwise it ends the handler or the binding that made the call;
- * - JavaScript arrays and objects reach variant parameters as plain lists and maps.
+ * - JavaScript arrays and objects reach variant parameters as plain lists and maps, and QML objects as
+ * nothing, since a store would keep the pointer to an object that the engine deletes.
  *
  * C++ callers, who call T's functions directly, still get the exception. The meta-object is T's own, so QML
  * and tools see T under its own name.
@@ -54,10 +55,33 @@ private:
             if (method.parameterType(i) != QMetaType::QVariant)
                 continue;
             // The first entry is the place for the result.
-            auto *argument = static_cast<QVariant *>(arguments[i + 1]);
-            if (argument->userType() == qMetaTypeId<QJSValue>())
-                *argument = argument->value<QJSValue>().toVariant();
+            auto *const argument = static_cast<QVariant *>(arguments[i + 1]);
+            *argument = plain(*argument);
         }
+    }
+
+    /// Lists and maps for arrays and objects; nothing for a QML object, which whoever keeps the value would
+    /// outlive.
+    static QVariant plain(const QVariant &value)
+    {
+        const int type = value.userType();
+        if (type == qMetaTypeId<QJSValue>())
+            return plain(value.value<QJSValue>().toVariant());
+        if (QMetaType::typeFlags(type).testFlag(QMetaType::PointerToQObject))
+            return {};
+        if (type == QMetaType::QVariantList) {
+            QVariantList list = value.toList();
+            for (QVariant &entry : list)
+                entry = plain(entry);
+            return list;
+        }
+        if (type == QMetaType::QVariantMap) {
+            QVariantMap map = value.toMap();
+            for (QVariant &entry : map)
+                entry = plain(entry);
+            return map;
+        }
+        return value;
     }
 
     QJSEngine *const m_engine;

@@ -96,12 +96,16 @@ QString StateStore::write(const StateValues &values) const
     return {};
 }
 
+// A device that damages the file at every power cut must not fill its disk with them.
+constexpr int mostSetAside = 5;
+
 void StateStore::setAside(const QString &complaint) const
 {
     int number = 1;
     const auto freePath = [this, &number] { return m_path + QStringLiteral(".damaged-%1").arg(number); };
-    while (QFileInfo::exists(freePath()))
+    while (QFileInfo::exists(freePath()) && number < mostSetAside)
         ++number;
+    QFile::remove(freePath());
     const QString place = QFile::rename(m_path, freePath()) ? QStringLiteral("set aside as ") + freePath()
                                                             : QStringLiteral("could not be set aside");
     qWarning().noquote() << "state file" << m_path << "is not usable," << complaint + QStringLiteral(";")

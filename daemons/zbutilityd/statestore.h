@@ -18,8 +18,9 @@ public:
     explicit StateStore(const QString &directory);
 
     /**
-     * Reads the file. A file that cannot be used is set aside, under its name with ".damaged-1", ".damaged-2"
-     * and so on, and logged; the values are then the initial ones, as they are without a file.
+     * Reads the file. A file that cannot be used is set aside, under its name with ".damaged-1" to
+     * ".damaged-5", of which the last is replaced, and logged; the values are then the initial ones, as they
+     * are without a file.
      */
     void load();
 

@@ -4,19 +4,20 @@
 #include "diskroom.h"
 #include "settingsfilelock.h"
 
+#include <QtCore/QDataStream>
 #include <QtCore/QFile>
 
 namespace {
 
-/// An upper bound of what \a value takes in the file, escaped.
+/// An upper bound of what \a value takes in the file: a character of a text is two bytes in the stream and at
+/// most six in the file, and a byte of any other value at most four.
 qint64 writtenSize(const QVariant &value)
 {
-    constexpr qint64 perCharacter = 8;
-    qint64 characters = value.toString().size() + value.toByteArray().size();
-    const QStringList texts = value.toStringList();
-    for (const QString &text : texts)
-        characters += text.size() + 2;
-    return characters * perCharacter;
+    constexpr qint64 perByte = 4;
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << value;
+    return bytes.size() * perByte;
 }
 
 } // namespace

@@ -19,6 +19,8 @@ private Q_SLOTS:
     void objectComesBackAsObject();
     void oddValueLeavesTheEngineAlive_data();
     void oddValueLeavesTheEngineAlive();
+    void qmlObjectIsNotKeptBeyondItsLife_data();
+    void qmlObjectIsNotKeptBeyondItsLife();
     void storedTextOfAnotherProgramArrivesAsText();
     void absentKeyGivesTheDefaultUnchanged_data();
     void absentKeyGivesTheDefaultUnchanged();
@@ -102,6 +104,38 @@ void TestQmlValues::oddValueLeavesTheEngineAlive()
                                         "ZBSettingsMain.sendAnalyticHit('timezone', value)\n"
                                         "return 'alive'");
     QCOMPARE(session.run(body.arg(value)), QVariant(QStringLiteral("alive")));
+}
+
+void TestQmlValues::qmlObjectIsNotKeptBeyondItsLife_data()
+{
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("readBack");
+    QTest::newRow("alone") << QStringLiteral("object") << QStringLiteral("undefined");
+    QTest::newRow("in a list") << QStringLiteral("[1, object]") << QStringLiteral("[1,null]");
+    QTest::newRow("in a map in a list") << QStringLiteral("[{a: object}]") << QStringLiteral("[{}]");
+}
+
+void TestQmlValues::qmlObjectIsNotKeptBeyondItsLife()
+{
+    QFETCH(QString, value);
+    QFETCH(QString, readBack);
+    QmlSession session;
+    const std::unique_ptr<QObject> page =
+        session.make(QStringLiteral("QtObject {\n"
+                                    "  property Component part: Component { QtObject {} }\n"
+                                    "  function run() {\n"
+                                    "    var object = part.createObject(null)\n"
+                                    "    ZBSettingsMain.setSetting('timezone', %1)\n"
+                                    "    object.destroy()\n"
+                                    "  }\n"
+                                    "}")
+                         .arg(value));
+    QVERIFY2(page, qPrintable(session.errorText()));
+    QVERIFY(QMetaObject::invokeMethod(page.get(), "run"));
+    QCOMPARE(session.takeWarnings(), QStringList());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(session.value(QStringLiteral("String(JSON.stringify(ZBSettingsMain.getSetting('timezone')))")),
+             QVariant(readBack));
 }
 
 void TestQmlValues::storedTextOfAnotherProgramArrivesAsText()

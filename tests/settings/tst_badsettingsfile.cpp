@@ -59,6 +59,7 @@ private Q_SLOTS:
     void readOnlyFileLosesNothingOfWhatItHolds();
     void fullDiskLosesNothing_data();
     void fullDiskLosesNothing();
+    void fullDiskIsSeenForValuesThatAreNoTextToo();
     void fileOfOneLongLineSurvivesOurWrite();
     void fileIsWrittenWholeOrNotAtAll();
 
@@ -292,6 +293,18 @@ void TestBadSettingsFile::fullDiskLosesNothing()
     QCOMPARE(SettingsFile::content(), content + "\n[locale]\nunits=0\n");
     QCOMPARE(QDir(SettingsFile::folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              QStringList{QStringLiteral("Brindlemark.ini")});
+}
+
+void TestBadSettingsFile::fullDiskIsSeenForValuesThatAreNoTextToo()
+{
+    const QByteArray content = "[Other]\nkey=kept\n";
+    QVERIFY(SettingsFile::write(content));
+    OtherApplication application;
+    QCOMPARE(application.construct().exception, QString());
+    application.limitFileSize(4000);
+    const QVariantMap map = {{QStringLiteral("a"), QString(3990, QLatin1Char('x'))}};
+    QCOMPARE(application.set(QStringLiteral("timezone"), map).exception, QString());
+    QCOMPARE(SettingsFile::content(), content);
 }
 
 void TestBadSettingsFile::fileOfOneLongLineSurvivesOurWrite()

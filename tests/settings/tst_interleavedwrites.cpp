@@ -1,5 +1,5 @@
 // Another process writes at the worst moment: between any two looks that a read or a write of ours takes at
-// the settings file. Nothing is undone, and the next read sees the other's value.
+// the settings file. No write is undone, and a read gives the old value or the new one.
 //
 // The moments are found without chance. This program's own statx() stands before the system's, counts the
 // looks at the settings file and lets the other process write before the chosen one. Values keep their

@@ -358,7 +358,7 @@ void TestSettingsMain::valuesSetByThisProcessAreReadBackAtConstruction()
     first.setSetting(QStringLiteral("sendAnalytics"), false);
     first.setSetting(QStringLiteral("units"), 1);
     first.setSetting(QStringLiteral("dimmingInactive"), QStringLiteral("-3"));
-    first.setSetting(QStringLiteral("zoomLevel"), 1.6);
+    first.setSetting(QStringLiteral("zoomLevel"), 3);
     first.setSetting(QStringLiteral("language"), 12);
     first.setSetting(QStringLiteral("appFirstLaunchList"), QStringLiteral("A"));
     const ZBSettingsMain second(nullptr, false);
@@ -366,7 +366,7 @@ void TestSettingsMain::valuesSetByThisProcessAreReadBackAtConstruction()
     expected[QStringLiteral("settingPrivacyAnalytics")] = false;
     expected[QStringLiteral("settingUnits")] = 1u;
     expected[QStringLiteral("settingDisplayDimming")] = -3;
-    expected[QStringLiteral("settingZoomeLevel")] = 2u;
+    expected[QStringLiteral("settingZoomeLevel")] = 3u;
     expected[QStringLiteral("settingLanguage")] = QStringLiteral("12");
     expected[QStringLiteral("settingFirstLaunchAppList")] = QStringList({QStringLiteral("A")});
     const QString difference = differenceBetween(settingPropertiesOf(second), expected);

@@ -26,6 +26,8 @@ private slots:
     void nothingIsLeftOfAnUnfinishedStart_data();
     void nothingIsLeftOfAnUnfinishedStart();
     void processesThatForkWithoutEndAreKilled();
+    void processesOfTheCommandNeverSeeTheDeviceGo();
+    void daemonThatDoesNotEndIsAFailureAndIsKilled();
     void processesOfOthersThatComeAndGoDoNotDisturb();
     void stoppedProcessOfTheCallerIsNotHungUp();
     void deviceInADeviceGoesWithIt();
@@ -186,6 +188,47 @@ void DeviceEndTest::processesThatForkWithoutEndAreKilled()
     QCOMPARE(launch.folders(), QStringList());
 }
 
+void DeviceEndTest::processesOfTheCommandNeverSeeTheDeviceGo()
+{
+    QTemporaryDir outside;
+    Launch launch;
+    launch.start(
+        shell(QStringLiteral("call() { dbus-send --system --print-reply --dest=com.corvanta.zbutility /"
+                             " local.ZBUtilityd.UtilityDaemon.getShip; };"
+                             " (call && echo ready; while call; do :; done >/dev/null 2>&1;"
+                             " echo lost > \"$1/lost\") & read go"))
+        + QStringList{QStringLiteral("sh"), outside.path()});
+    QByteArray line;
+    do
+        line = launch.readLine();
+    while (!line.isEmpty() && line != "ready");
+    QCOMPARE(line, QByteArray("ready"));
+    launch.write("go\n");
+    QVERIFY(launch.waitForEnd());
+    QCOMPARE(launch.exitStatus(), 0);
+    QVERIFY(!QFileInfo::exists(outside.filePath(QStringLiteral("lost"))));
+}
+
+void DeviceEndTest::daemonThatDoesNotEndIsAFailureAndIsKilled()
+{
+    // The shell is what the keeper has started; the daemon and the other one are its children.
+    QTemporaryDir folder;
+    QFile daemon(folder.filePath(QStringLiteral("daemon")));
+    QVERIFY(daemon.open(QIODevice::WriteOnly));
+    daemon.write("#!/bin/sh\ntrap '' TERM\nsleep 100 &\n\"$ZBVIRTUALDEVICE_REAL\" \"$@\"\nsleep 100\n");
+    daemon.close();
+    daemon.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    Launch launch;
+    launch.setVariable(QStringLiteral("ZBVIRTUALDEVICE_REAL"),
+                       QFileInfo(QStringLiteral(LAUNCHER)).path() + QStringLiteral("/zbutilityd"));
+    launch.run({QStringLiteral("--utilityd"), daemon.fileName(), QStringLiteral("true")});
+    QCOMPARE(launch.exitStatus(), 125);
+    QCOMPARE(launch.readErrors(),
+             QByteArray("zbvirtualdevice: zbutilityd does not end when told to (it wrote nothing)\n"));
+    QCOMPARE(launch.processes(), QStringList());
+    QCOMPARE(launch.folders(), QStringList());
+}
+
 void DeviceEndTest::processesOfOthersThatComeAndGoDoNotDisturb()
 {
     // A process may be gone at each moment between being listed and being asked for its parent.
@@ -302,11 +345,12 @@ void DeviceEndTest::foldersWithoutRightsAreRemoved()
 
 void DeviceEndTest::deepTreesAreRemoved()
 {
-    // Deeper than the 1024 descriptors that a process may have open.
+    // Deeper than the 1024 descriptors that a process may have open, and with names in the way that the
+    // removal itself gives to folders.
     Launch launch;
     launch.run(QStringList{QStringLiteral("--without-daemon")}
-               + shell(QStringLiteral(
-                   "cd \"$HOME\" && mkdir -p $(printf 'd/%.0s' $(seq 1100)) && mkdir d/.removing-1")));
+               + shell(QStringLiteral("cd \"$HOME\" && mkdir -p $(printf 'd/%.0s' $(seq 1100)) && cd .. && "
+                                      "touch $(seq -f '.removing-%g' 50)")));
     QCOMPARE(launch.readErrors(), QByteArray());
     QCOMPARE(launch.exitStatus(), 0);
     QCOMPARE(launch.folders(), QStringList());
@@ -349,6 +393,7 @@ void DeviceEndTest::mountedFoldersAreLeftAlone()
     QTemporaryDir outside;
     QFile file(outside.filePath(QStringLiteral("file")));
     QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(QFile::setPermissions(outside.path(), QFile::ReadOwner | QFile::ExeOwner));
     const QStringList unshare = {QStringLiteral("--user"), QStringLiteral("--map-root-user"),
                                  QStringLiteral("--mount")};
     if (QProcess::execute(QStringLiteral("unshare"), unshare + QStringList{QStringLiteral("true")}) != 0)
@@ -371,6 +416,10 @@ void DeviceEndTest::mountedFoldersAreLeftAlone()
     for (const char *const name : {"cache", "mounted"})
         QVERIFY2(complaints.contains((beginning + name + end).chopped(1)), complaints.join('\n').constData());
     QVERIFY(file.exists());
+    struct stat status = {};
+    QCOMPARE(stat(QFile::encodeName(outside.path()).constData(), &status), 0);
+    QCOMPARE(status.st_mode & 07777U, 0500U);
+    QVERIFY(QFile::setPermissions(outside.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     QVERIFY(QDir(device).removeRecursively());
 }
 

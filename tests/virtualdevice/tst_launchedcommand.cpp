@@ -28,6 +28,7 @@ private slots:
     void signalsReachTheCommandOnce_data();
     void signalsReachTheCommandOnce();
     void ignoredSignalsStayIgnoredInTheCommand();
+    void ignoredChildSignalDoesNotLoseTheStatus();
     void commandThatIgnoresTerminationIsKilled();
     void longOrUselessTemporaryFolderIsNotUsed_data();
     void longOrUselessTemporaryFolderIsNotUsed();
@@ -285,6 +286,18 @@ void LaunchedCommandTest::ignoredSignalsStayIgnoredInTheCommand()
     QVERIFY2(line.trimmed().endsWith('1'), line.constData());
 
     QCOMPARE(plain.value(0), QByteArray("SigBlk:\t0000000000000000"));
+}
+
+void LaunchedCommandTest::ignoredChildSignalDoesNotLoseTheStatus()
+{
+    // Some callers leave SIGCHLD ignored, and then the kernel keeps no status of children.
+    Launch launch;
+    launch.startProgram(QStringLiteral("/bin/sh"),
+                        {QStringLiteral("-c"),
+                         QStringLiteral("trap '' CHLD; exec \"$0\" --without-daemon sh -c 'exit 7'"),
+                         QStringLiteral(LAUNCHER)});
+    QVERIFY(launch.waitForEnd());
+    QCOMPARE(launch.exitStatus(), 7);
 }
 
 void LaunchedCommandTest::commandThatIgnoresTerminationIsKilled()

@@ -19,6 +19,7 @@ private Q_SLOTS:
     void anUnusableFileIsSetAside_data();
     void anUnusableFileIsSetAside();
     void everyUnusableFileIsKept();
+    void theLastOfManyUnusableFilesTakesThePlaceOfTheFifth();
     void aFileCutAnywhereIsSetAsideOrWhole();
     void aFailedChangeLeavesTheValue();
     void aMissingFolderIsMade();
@@ -187,6 +188,18 @@ void StateStoreTest::everyUnusableFileIsKept()
     QCOMPARE(read(path(QStringLiteral("state.json.damaged-1"))), QByteArray("first"));
     QCOMPARE(read(path(QStringLiteral("state.json.damaged-2"))), QByteArray("second"));
     QCOMPARE(read(path(QStringLiteral("state.json.damaged-3"))), QByteArray("third"));
+}
+
+void StateStoreTest::theLastOfManyUnusableFilesTakesThePlaceOfTheFifth()
+{
+    for (const char *const text : {"1", "2", "3", "4", "5", "6", "7"}) {
+        write(text);
+        expectLogged("set aside as");
+        StateStore(m_directory->path()).load();
+    }
+    QCOMPARE(read(path(QStringLiteral("state.json.damaged-4"))), QByteArray("4"));
+    QCOMPARE(read(path(QStringLiteral("state.json.damaged-5"))), QByteArray("7"));
+    QVERIFY(!QFile::exists(path(QStringLiteral("state.json.damaged-6"))));
 }
 
 void StateStoreTest::aFileCutAnywhereIsSetAsideOrWhole()

@@ -1,0 +1,149 @@
+// A disk that is full, or nearly: the settings file keeps what it holds, and takes values again when there is
+// room.
+//
+// The disk is a small one in memory that a process of its own mounts, in a mount namespace that goes with it.
+// Where that is not allowed the test is skipped; the limit of the file size that another test sets stands in
+// for it there.
+#include "childprocess.h"
+#include "settingsfile.h"
+#include "zbsettingsmain.h"
+
+#include <QtTest/QtTest>
+
+#include <cstdio>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int diskKilobytes = 512;
+constexpr int notAllowed = 77;
+
+QByteArray manyKeys()
+{
+    QByteArray result("[Other]\n");
+    for (int i = 100; i < 400; ++i)
+        result += "key" + QByteArray::number(i) + "=kept by another program\n";
+    return result;
+}
+
+bool writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
+}
+
+/// A new disk at \a folder that only this process and its children see.
+bool mountDisk(const QByteArray &folder)
+{
+    const uid_t user = getuid();
+    if (user != 0) {
+        const gid_t group = getgid();
+        if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0
+            || !writeFile(QStringLiteral("/proc/self/setgroups"), "deny")
+            || !writeFile(QStringLiteral("/proc/self/uid_map"), "0 " + QByteArray::number(user) + " 1")
+            || !writeFile(QStringLiteral("/proc/self/gid_map"), "0 " + QByteArray::number(group) + " 1"))
+            return false;
+    } else if (unshare(CLONE_NEWNS) != 0) {
+        return false;
+    }
+    const QByteArray options = "size=" + QByteArray::number(diskKilobytes) + "k,mode=0700";
+    return mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0
+        && mount("tmpfs", folder.constData(), "tmpfs", 0, options.constData()) == 0;
+}
+
+/// Fills the disk until \a kilobytes are free.
+bool fillDisk(const QString &folder, int kilobytes)
+{
+    struct statvfs disk = {};
+    if (statvfs(QFile::encodeName(folder).constData(), &disk) != 0)
+        return false;
+    const qint64 free = qint64(disk.f_bfree) * qint64(disk.f_frsize);
+    const qint64 fill = free - qint64(kilobytes) * 1024;
+    return fill >= 0 && writeFile(folder + QStringLiteral("/fill"), QByteArray(int(fill), 'x'));
+}
+
+/// What the process does on the disk; empty when all is as it should be.
+QString complaintOnDisk(int freeKilobytes, bool isWritten)
+{
+    const QByteArray content = manyKeys();
+    const QByteArray contentWithUnits = content + "\n[locale]\nunits=1\n";
+    if (!SettingsFile::write(content) || !fillDisk(SettingsFile::folder(), freeKilobytes))
+        return QStringLiteral("the disk could not be filled");
+
+    ZBSettingsMain settings(nullptr, false);
+    settings.setSetting(QStringLiteral("units"), 1);
+    if (SettingsFile::content() != (isWritten ? contentWithUnits : content))
+        return QStringLiteral("on the full disk the file has %1 bytes").arg(SettingsFile::content().size());
+
+    QFile::remove(SettingsFile::folder() + QStringLiteral("/fill"));
+    settings.setSetting(QStringLiteral("units"), 1);
+    if (SettingsFile::content() != contentWithUnits)
+        return QStringLiteral("with room again the file has %1 bytes").arg(SettingsFile::content().size());
+    if (QDir(SettingsFile::folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)
+        != QStringList{QStringLiteral("Brindlemark.ini")})
+        return QStringLiteral("something is left beside the file");
+    return {};
+}
+
+} // namespace
+
+class TestFullDisk : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void fileKeepsWhatItHolds_data();
+    void fileKeepsWhatItHolds();
+    void cleanupTestCase();
+};
+
+void TestFullDisk::fileKeepsWhatItHolds_data()
+{
+    QTest::addColumn<int>("freeKilobytes");
+    QTest::addColumn<bool>("isWritten");
+    QTest::newRow("full") << 0 << false;
+    QTest::newRow("room for the lock file") << 4 << false;
+    QTest::newRow("room for a part of the file") << 8 << false;
+    QTest::newRow("room for the file") << 300 << true;
+}
+
+void TestFullDisk::fileKeepsWhatItHolds()
+{
+    QFETCH(int, freeKilobytes);
+    QFETCH(bool, isWritten);
+    QVERIFY(QDir().mkpath(SettingsFile::folder()));
+    ChildProcess process;
+    process.start(QCoreApplication::applicationFilePath(),
+                  {QStringLiteral("--disk"), QString::number(freeKilobytes), QString::number(isWritten)});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    if (process.exitCode() == notAllowed)
+        QSKIP("no mount namespace here");
+    QCOMPARE(QString::fromUtf8(process.readAllStandardOutput()), QString());
+    QCOMPARE(process.exitCode(), 0);
+}
+
+void TestFullDisk::cleanupTestCase()
+{
+    SettingsFile::removeAll();
+}
+
+int main(int argc, char **argv)
+{
+    // Before anything makes a thread, since a user namespace is for a process of one thread.
+    const bool isOnDisk = argc == 4 && qstrcmp(argv[1], "--disk") == 0;
+    if (isOnDisk && !mountDisk(qgetenv("XDG_CONFIG_HOME") + "/Corvanta"))
+        return notAllowed;
+    const QCoreApplication application(argc, argv);
+    if (!isOnDisk) {
+        TestFullDisk test;
+        return QTest::qExec(&test, argc, argv);
+    }
+    const QString complaint = complaintOnDisk(QByteArray(argv[2]).toInt(), QByteArray(argv[3]).toInt() != 0);
+    std::fputs(qPrintable(complaint), stdout);
+    return complaint.isEmpty() ? 0 : 1;
+}
+#include "tst_fulldisk.moc"
