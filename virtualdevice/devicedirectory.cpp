@@ -45,11 +45,11 @@ std::string makeDevicePath()
     const std::string wanted = withoutTrailingSlashes(variable ? variable : "");
     const std::string example = wanted + "/" + namePrefix + "XXXXXX";
     if (!wanted.empty() && wanted.front() == '/' && example.size() <= longestPath) {
-        const std::string path = makeUniqueFolder(wanted);
+        std::string path = makeUniqueFolder(wanted);
         if (!path.empty())
             return path;
     }
-    const std::string path = makeUniqueFolder("/tmp");
+    std::string path = makeUniqueFolder("/tmp");
     if (path.empty())
         throw systemFailure("cannot make a folder in /tmp");
     return path;

@@ -113,12 +113,8 @@ bool TreeRemoval::moveUp(int parent, const std::string &name)
     }
     // Moving a folder rewrites its "..", for which it has to be writable itself.
     makeWritable(place.get());
-    while (renameat2(parent, name.c_str(), m_outer.get(), numbered(++m_moved).c_str(), RENAME_NOREPLACE)
-           != 0) {
-        if (errno != EEXIST)
-            return false;
-    }
-    return true;
+    // A name that the tree itself has already is free, or another is tried, at the next look.
+    return renameat(parent, name.c_str(), m_outer.get(), numbered(++m_moved).c_str()) == 0;
 }
 
 void TreeRemoval::emptyInnerFolder(DIR *folder)

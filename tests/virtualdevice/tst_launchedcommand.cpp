@@ -292,10 +292,10 @@ void LaunchedCommandTest::ignoredChildSignalDoesNotLoseTheStatus()
 {
     // Some callers leave SIGCHLD ignored, and then the kernel keeps no status of children.
     Launch launch;
-    launch.startProgram(QStringLiteral("/bin/sh"),
-                        {QStringLiteral("-c"),
-                         QStringLiteral("trap '' CHLD; exec \"$0\" --without-daemon sh -c 'exit 7'"),
-                         QStringLiteral(LAUNCHER)});
+    launch.startProgram(QStringLiteral("env"),
+                        {QStringLiteral("--ignore-signal=CHLD"), QStringLiteral(LAUNCHER),
+                         QStringLiteral("--without-daemon"), QStringLiteral("sh"), QStringLiteral("-c"),
+                         QStringLiteral("exit 7")});
     QVERIFY(launch.waitForEnd());
     QCOMPARE(launch.exitStatus(), 7);
 }
