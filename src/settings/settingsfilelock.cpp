@@ -49,8 +49,8 @@ bool isSame(const std::optional<FileState> &left, const std::optional<FileState>
         && left->changed.tv_sec == right->changed.tv_sec && left->changed.tv_nsec == right->changed.tv_nsec;
 }
 
-/// How this process's last write left the file. QSettings' cached copy of a file in this state is what was
-/// written.
+/// How this process's last write left the file. As long as the file is in this state, nobody has replaced it
+/// while QSettings read it, and its cached copy is right.
 std::optional<FileState> &lastWritten()
 {
     static std::optional<FileState> state;
@@ -91,13 +91,13 @@ SettingsFileLock::SettingsFileLock(const QString &fileName)
 
 SettingsFileLock::~SettingsFileLock()
 {
-    const std::optional<FileState> after = stateOf(m_fileName);
-    lastWritten() = after;
+    std::optional<FileState> after = stateOf(m_fileName);
     if (after && m_timeBefore >= 0 && after->modified <= m_timeBefore
         && m_timeBefore - after->modified < longestStep) {
         setModificationTime(m_timeBefore + 1);
-        lastWritten().reset();
+        after = stateOf(m_fileName);
     }
+    lastWritten() = after;
     if (m_folder >= 0)
         close(m_folder);
 }
