@@ -16,8 +16,10 @@
  *
  * - an exception derived from std::exception becomes a JavaScript `Error` with the exception's text; the
  *   script can catch it, and otherwise it ends the handler or the binding that made the call;
- * - JavaScript arrays and objects reach variant parameters as plain lists and maps, and QML objects as
- * nothing, since a store would keep the pointer to an object that the engine deletes.
+ * - JavaScript arrays and objects reach variant parameters as plain lists and maps, and QML objects reach
+ * those of a function without a result as nothing: it takes the value to keep it, and would keep the pointer
+ * to an object that the engine deletes. A function with a result may hand its argument back, which stays what
+ * it is.
  *
  * C++ callers, who call T's functions directly, still get the exception. The meta-object is T's own, so QML
  * and tools see T under its own name.
@@ -49,36 +51,38 @@ public:
 private:
     static constexpr int callWasHandled = -1;
 
+    enum class Objects { Passed, Dropped };
+
     static void makeVariantsPlain(const QMetaMethod &method, void **arguments)
     {
+        const Objects objects = method.returnType() == QMetaType::Void ? Objects::Dropped : Objects::Passed;
         for (int i = 0; i < method.parameterCount(); ++i) {
             if (method.parameterType(i) != QMetaType::QVariant)
                 continue;
             // The first entry is the place for the result.
             auto *const argument = static_cast<QVariant *>(arguments[i + 1]);
-            *argument = plain(*argument);
+            *argument = plain(*argument, objects);
         }
     }
 
-    /// Lists and maps for arrays and objects; nothing for a QML object, which whoever keeps the value would
-    /// outlive.
-    static QVariant plain(const QVariant &value)
+    /// Lists and maps for arrays and objects.
+    static QVariant plain(const QVariant &value, Objects objects)
     {
         const int type = value.userType();
         if (type == qMetaTypeId<QJSValue>())
-            return plain(value.value<QJSValue>().toVariant());
-        if (QMetaType::typeFlags(type).testFlag(QMetaType::PointerToQObject))
+            return plain(value.value<QJSValue>().toVariant(), objects);
+        if (objects == Objects::Dropped && QMetaType::typeFlags(type).testFlag(QMetaType::PointerToQObject))
             return {};
         if (type == QMetaType::QVariantList) {
             QVariantList list = value.toList();
             for (QVariant &entry : list)
-                entry = plain(entry);
+                entry = plain(entry, objects);
             return list;
         }
         if (type == QMetaType::QVariantMap) {
             QVariantMap map = value.toMap();
             for (QVariant &entry : map)
-                entry = plain(entry);
+                entry = plain(entry, objects);
             return map;
         }
         return value;

@@ -12,7 +12,7 @@ constexpr int toolPatience = 500;
 /**
  * Runs \a program with \a process, which must be idle, and returns what it has printed on its standard output
  * when it ends or after \ref toolPatience: decoded as UTF-8 up to the first NUL byte, not trimmed. A tool
- * that still runs then keeps running. Exit status and standard error are not looked at; a tool that cannot
- * start gives empty text.
+ * that still runs then keeps running, and what it prints later is dropped. Exit status and standard error are
+ * not looked at; a tool that cannot start gives empty text. The tool runs in the locale "C".
  */
 QString outputOfTool(QProcess &process, const QString &program, const QStringList &arguments);

@@ -7,12 +7,27 @@
 #include <QtCore/QDataStream>
 #include <QtCore/QFile>
 
+#include <algorithm>
+
 namespace {
 
-/// An upper bound of what \a value takes in the file: a character of a text is two bytes in the stream and at
-/// most six in the file, and a byte of any other value at most four.
+/// An upper bound of what \a text takes in the file, where some characters are written as "\x" and up to four
+/// digits.
+qint64 writtenSize(const QString &text)
+{
+    constexpr qint64 asItStands = 2;
+    constexpr qint64 escaped = 6;
+    const qint64 plain = std::count_if(text.cbegin(), text.cend(), [](QChar character) {
+        return character.unicode() >= 0x20 && character.unicode() < 0x7f;
+    });
+    return plain * asItStands + (text.size() - plain) * escaped;
+}
+
+/// An upper bound of what \a value takes in the file; a byte of what is no text takes at most four.
 qint64 writtenSize(const QVariant &value)
 {
+    if (value.userType() == QMetaType::QString)
+        return writtenSize(value.toString());
     constexpr qint64 perByte = 4;
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);

@@ -24,6 +24,8 @@ private Q_SLOTS:
     void storedTextOfAnotherProgramArrivesAsText();
     void absentKeyGivesTheDefaultUnchanged_data();
     void absentKeyGivesTheDefaultUnchanged();
+    void absentKeyGivesAQmlObjectBack_data();
+    void absentKeyGivesAQmlObjectBack();
     void absentKeyWithoutDefaultIsUndefined();
     void applicationNamesAddUpInTheList();
     void listPropertyTellsItsBindings();
@@ -161,6 +163,26 @@ void TestQmlValues::absentKeyGivesTheDefaultUnchanged()
     QCOMPARE(
         session.value(QStringLiteral("JSON.stringify(ZBSettingsMain.getSetting('timezone', %1))").arg(value)),
         QVariant(value));
+}
+
+void TestQmlValues::absentKeyGivesAQmlObjectBack_data()
+{
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("part");
+    QTest::newRow("alone") << QStringLiteral("ZBSettingsMain") << QString();
+    QTest::newRow("in a list") << QStringLiteral("[ZBSettingsMain]") << QStringLiteral("[0]");
+    QTest::newRow("in a map") << QStringLiteral("({a: ZBSettingsMain})") << QStringLiteral(".a");
+}
+
+void TestQmlValues::absentKeyGivesAQmlObjectBack()
+{
+    QFETCH(QString, value);
+    QFETCH(QString, part);
+    QmlSession session;
+    QCOMPARE(
+        session.run(QStringLiteral("return ZBSettingsMain.getSetting('timezone', %1)%2 === ZBSettingsMain")
+                        .arg(value, part)),
+        QVariant(true));
 }
 
 void TestQmlValues::absentKeyWithoutDefaultIsUndefined()

@@ -66,20 +66,21 @@ bool fillDisk(const QString &folder, int kilobytes)
 }
 
 /// What the process does on the disk; empty when all is as it should be.
-QString complaintOnDisk(int freeKilobytes, bool isWritten)
+QString complaintOnDisk(int freeKilobytes, bool isWritten, const QByteArray &value)
 {
     const QByteArray content = manyKeys();
-    const QByteArray contentWithUnits = content + "\n[locale]\nunits=1\n";
+    const QByteArray contentWithUnits = content + "\n[locale]\nunits=" + value + '\n';
+    const QString text = QString::fromLatin1(value);
     if (!SettingsFile::write(content) || !fillDisk(SettingsFile::folder(), freeKilobytes))
         return QStringLiteral("the disk could not be filled");
 
     ZBSettingsMain settings(nullptr, false);
-    settings.setSetting(QStringLiteral("units"), 1);
+    settings.setSetting(QStringLiteral("units"), text);
     if (SettingsFile::content() != (isWritten ? contentWithUnits : content))
         return QStringLiteral("on the full disk the file has %1 bytes").arg(SettingsFile::content().size());
 
     QFile::remove(SettingsFile::folder() + QStringLiteral("/fill"));
-    settings.setSetting(QStringLiteral("units"), 1);
+    settings.setSetting(QStringLiteral("units"), text);
     if (SettingsFile::content() != contentWithUnits)
         return QStringLiteral("with room again the file has %1 bytes").arg(SettingsFile::content().size());
     if (QDir(SettingsFile::folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)
@@ -104,20 +105,25 @@ void TestFullDisk::fileKeepsWhatItHolds_data()
 {
     QTest::addColumn<int>("freeKilobytes");
     QTest::addColumn<bool>("isWritten");
-    QTest::newRow("full") << 0 << false;
-    QTest::newRow("room for the lock file") << 4 << false;
-    QTest::newRow("room for a part of the file") << 8 << false;
-    QTest::newRow("room for the file") << 300 << true;
+    QTest::addColumn<int>("valueSize");
+    QTest::newRow("full") << 0 << false << 1;
+    QTest::newRow("room for the lock file") << 4 << false << 1;
+    QTest::newRow("room for a part of the file") << 8 << false << 1;
+    QTest::newRow("room for the file") << 300 << true << 1;
+    QTest::newRow("room for a long text") << 110 << true << 10000;
+    QTest::newRow("room for a part of a long text") << 16 << false << 10000;
 }
 
 void TestFullDisk::fileKeepsWhatItHolds()
 {
     QFETCH(int, freeKilobytes);
     QFETCH(bool, isWritten);
+    QFETCH(int, valueSize);
     QVERIFY(QDir().mkpath(SettingsFile::folder()));
     ChildProcess process;
     process.start(QCoreApplication::applicationFilePath(),
-                  {QStringLiteral("--disk"), QString::number(freeKilobytes), QString::number(isWritten)});
+                  {QStringLiteral("--disk"), QString::number(freeKilobytes), QString::number(isWritten),
+                   QString::number(valueSize)});
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
     if (process.exitCode() == notAllowed)
@@ -134,7 +140,7 @@ void TestFullDisk::cleanupTestCase()
 int main(int argc, char **argv)
 {
     // Before anything makes a thread, since a user namespace is for a process of one thread.
-    const bool isOnDisk = argc == 4 && qstrcmp(argv[1], "--disk") == 0;
+    const bool isOnDisk = argc == 5 && qstrcmp(argv[1], "--disk") == 0;
     if (isOnDisk && !mountDisk(qgetenv("XDG_CONFIG_HOME") + "/Corvanta"))
         return notAllowed;
     const QCoreApplication application(argc, argv);
@@ -142,7 +148,8 @@ int main(int argc, char **argv)
         TestFullDisk test;
         return QTest::qExec(&test, argc, argv);
     }
-    const QString complaint = complaintOnDisk(QByteArray(argv[2]).toInt(), QByteArray(argv[3]).toInt() != 0);
+    const QString complaint = complaintOnDisk(QByteArray(argv[2]).toInt(), QByteArray(argv[3]).toInt() != 0,
+                                              QByteArray(QByteArray(argv[4]).toInt(), '1'));
     std::fputs(qPrintable(complaint), stdout);
     return complaint.isEmpty() ? 0 : 1;
 }
