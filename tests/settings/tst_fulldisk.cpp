@@ -109,9 +109,10 @@ void TestFullDisk::fileKeepsWhatItHolds_data()
     QTest::newRow("full") << 0 << false << 1;
     QTest::newRow("room for the lock file") << 4 << false << 1;
     QTest::newRow("room for a part of the file") << 8 << false << 1;
+    QTest::newRow("room for the file without its lock file") << 12 << false << 1;
     QTest::newRow("room for the file") << 300 << true << 1;
     QTest::newRow("room for a long text") << 110 << true << 10000;
-    QTest::newRow("room for a part of a long text") << 16 << false << 10000;
+    QTest::newRow("room for a part of a long text") << 110 << false << 100000;
 }
 
 void TestFullDisk::fileKeepsWhatItHolds()
