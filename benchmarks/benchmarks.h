@@ -5,3 +5,5 @@ void registerSettingsBenchmarks();
 void registerConstructionBenchmarks();
 void registerNotificationBenchmarks();
 void registerTabMessageBenchmarks();
+void registerAboutBenchmarks();
+void registerLocaleBenchmarks();

@@ -103,6 +103,8 @@ int main(int argumentCount, char **arguments)
     registerConstructionBenchmarks();
     registerNotificationBenchmarks();
     registerTabMessageBenchmarks();
+    registerAboutBenchmarks();
+    registerLocaleBenchmarks();
 
     RatioReport report(!options.isSmoke);
     runAll(report);
