@@ -35,6 +35,12 @@ CommandLine parseCommandLine(const std::vector<std::string> &arguments)
             result.help = true;
         else if (*argument == "--without-daemon")
             result.withoutDaemon = true;
+        else if (*argument == "--bus-only")
+            result.busOnly = true;
+        else if (*argument == "--device-clock")
+            result.deviceClock = true;
+        else if (*argument == "--with-data-partition")
+            result.withDataPartition = true;
         else if (*argument == utilityDaemonOption && argument + 1 != arguments.end())
             result.utilityDaemon = nonEmptyPath(*++argument);
         else if (*argument == utilityDaemonOption)
@@ -52,15 +58,19 @@ std::string helpText()
 {
     return R"(Usage: zbvirtualdevice [OPTION...] [--] [COMMAND [ARGUMENT...]]
 
-Starts a private label printer on this PC - a system bus and the utility daemon, with a home folder of
-their own - and runs COMMAND in it. The device ends with COMMAND and leaves no process and no file.
-Without COMMAND it prints the device's environment for a shell to read, and waits for Ctrl-C.
+Starts a private label printer on this PC and runs COMMAND in it: a system bus and the utility daemon, a home
+folder, /etc, /run and /var/lib, a network interface, a boot environment and a clock of its own. The machine
+stays as it is. The device ends with COMMAND and leaves no process and no file. Without COMMAND it prints the
+device's environment for a shell to read, and waits for Ctrl-C.
 
-  --without-daemon   start the bus only; COMMAND starts the utility daemon itself, or does without
-  --utilityd PATH    the utility daemon to use, instead of the zbutilityd beside this program
-  -h, --help         print this text
+  --bus-only             only the bus, the daemon and the home folder; needs no namespaces
+  --without-daemon       without the utility daemon; COMMAND starts it itself, or does without
+  --utilityd PATH        the utility daemon to use, instead of the zbutilityd beside this program
+  --device-clock         COMMAND sees the device's clock, which it can set, instead of the machine's
+  --with-data-partition  an ext4 file system of its own on /var/lib/corvanta/data; needs root
+  -h, --help             print this text
 
 The exit status is COMMAND's own, or 128 + N if signal N ended it, 127 if there is no such command, 126 if
-it cannot be run, and 125 if the device itself failed.
+it cannot be run, 125 if the device itself failed, and 77 if this machine does not allow a whole device.
 )";
 }

@@ -8,6 +8,12 @@ struct CommandLine
 {
     bool help = false;
     bool withoutDaemon = false;
+    /// A private bus, daemon and folders, and for the rest the machine itself.
+    bool busOnly = false;
+    /// COMMAND sees the device's own clock.
+    bool deviceClock = false;
+    /// An ext4 file system of the device's own.
+    bool withDataPartition = false;
     /// The utility daemon to start; empty means the one beside the launcher.
     std::string utilityDaemon;
     /// COMMAND and its arguments; empty means that the person wants the device without a command.

@@ -3,6 +3,7 @@
 #include "devicedirectory.h"
 
 #include "failure.h"
+#include "files.h"
 #include "quoting.h"
 #include "treeremoval.h"
 
@@ -20,12 +21,6 @@ constexpr std::size_t longestPath = 48;
 const std::string namePrefix = "zbvd-";
 const std::string lockName = "/lock";
 
-void makeFolder(const std::string &path)
-{
-    if (mkdir(path.c_str(), S_IRWXU) != 0)
-        throw systemFailure("cannot make the folder '" + path + "'");
-}
-
 std::string makeUniqueFolder(const std::string &parent)
 {
     std::string path = parent + "/" + namePrefix + "XXXXXX";
@@ -39,12 +34,25 @@ std::string withoutTrailingSlashes(std::string path)
     return path;
 }
 
+// A whole device sees folders of its own in these places.
+bool isHiddenInDevices(const std::string &path)
+{
+    std::error_code error;
+    const std::string place = std::filesystem::weakly_canonical(path, error).string() + "/";
+    for (const std::string hidden : {"/run/", "/etc/", "/var/lib/", "/usr/share/", "/sys/"}) {
+        if (place.compare(0, hidden.size(), hidden) == 0)
+            return true;
+    }
+    return false;
+}
+
 std::string makeDevicePath()
 {
     const char *const variable = std::getenv("TMPDIR");
     const std::string wanted = withoutTrailingSlashes(variable ? variable : "");
     const std::string example = wanted + "/" + namePrefix + "XXXXXX";
-    if (!wanted.empty() && wanted.front() == '/' && example.size() <= longestPath) {
+    if (!wanted.empty() && wanted.front() == '/' && example.size() <= longestPath
+        && !isHiddenInDevices(wanted)) {
         std::string path = makeUniqueFolder(wanted);
         if (!path.empty())
             return path;
@@ -111,8 +119,8 @@ DeviceDirectory::DeviceDirectory(const std::string &path)
     , m_lock(lockNewDevice(path))
 {
     for (const std::string &folder : {home(), config(), data(), cache(), state(), runtime(), temporary(),
-                                      bus(), utilityDaemonState(), m_path + "/log"})
-        makeFolder(folder);
+                                      bus(), utilityDaemonState(), layers(), clock(), m_path + "/log"})
+        makePrivateFolder(folder);
 }
 
 std::string DeviceDirectory::busAddress() const

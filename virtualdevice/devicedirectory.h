@@ -9,9 +9,9 @@ class DeviceDirectory
 {
 public:
     /// Makes the folder with all its sub-folders, for the owner only (0700), in $TMPDIR or, where that is too
-    /// long for the sockets that will lie in the device or cannot be written, in /tmp. It is locked for as
-    /// long as the object lives. Devices of the same user found there whose lock nobody holds any more,
-    /// because all their processes were killed at once, are removed. Throws Failure.
+    /// long for the sockets that will lie in the device, cannot be written or is hidden by a whole device, in
+    /// /tmp. It is locked for as long as the object lives. Devices of the same user found there whose lock
+    /// nobody holds any more, because all their processes were killed at once, are removed. Throws Failure.
     static DeviceDirectory create();
 
     const std::string &path() const { return m_path; }
@@ -25,6 +25,10 @@ public:
     std::string bus() const { return m_path + "/bus"; }
     /// D-Bus address of the device's system bus.
     std::string busAddress() const;
+    /// What a whole device has changed in the machine's folders, and what else its set-up needs.
+    std::string layers() const { return m_path + "/layers"; }
+    /// The clock of a whole device.
+    std::string clock() const { return m_path + "/clock"; }
     /// What the utility daemon keeps across restarts.
     std::string utilityDaemonState() const { return m_path + "/utilityd"; }
     /// What the program NAME, a part of the device, writes to its standard output and error.

@@ -1,6 +1,9 @@
 // Puts the device together. This is where a new part is added.
 #include "deviceparts.h"
 
+#include "deviceclock.h"
+#include "ownfiles.h"
+#include "runtimefolder.h"
 #include "systembus.h"
 #include "utilitydaemon.h"
 
@@ -14,8 +17,7 @@ std::string utilityDaemonPath(const CommandLine &commandLine)
 {
     if (!commandLine.utilityDaemon.empty())
         return std::filesystem::absolute(commandLine.utilityDaemon).lexically_normal();
-    std::error_code error;
-    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "zbutilityd";
+    return utilityDaemonBesideThis();
 }
 
 // A display server is not part of the device: its socket and its key are named by absolute paths, so that
@@ -37,7 +39,9 @@ std::vector<std::unique_ptr<DevicePart>> makeDeviceParts(const CommandLine &comm
                                                          const DeviceDirectory &directory)
 {
     std::vector<std::unique_ptr<DevicePart>> parts;
-    parts.push_back(std::make_unique<SystemBus>(directory));
+    const SystemBusOfAMachine machine =
+        commandLine.busOnly ? SystemBusOfAMachine{} : SystemBusOfAMachine{wellKnownBusAddress, serviceFolder};
+    parts.push_back(std::make_unique<SystemBus>(directory, machine));
     if (!commandLine.withoutDaemon)
         parts.push_back(std::make_unique<UtilityDaemon>(directory, utilityDaemonPath(commandLine)));
     return parts;
@@ -49,7 +53,7 @@ EnvironmentChanges deviceEnvironment(const CommandLine &commandLine, const Devic
     EnvironmentChanges changes;
     changes.unset = {"DBUS_SESSION_BUS_ADDRESS", "DBUS_STARTER_ADDRESS", "DBUS_STARTER_BUS_TYPE"};
     changes.set = {
-        {"DBUS_SYSTEM_BUS_ADDRESS", directory.busAddress()},
+        {"DBUS_SYSTEM_BUS_ADDRESS", commandLine.busOnly ? directory.busAddress() : wellKnownBusAddress},
         {"HOME", directory.home()},
         {"XDG_CONFIG_HOME", directory.config()},
         {"XDG_DATA_HOME", directory.data()},
@@ -61,5 +65,15 @@ EnvironmentChanges deviceEnvironment(const CommandLine &commandLine, const Devic
         {"ZBVIRTUALDEVICE_UTILITYD", utilityDaemonPath(commandLine)},
     };
     keepDisplay(&changes, callers);
+    if (!commandLine.busOnly)
+        changes.add(clockFiles(directory));
     return changes;
+}
+
+EnvironmentChanges environmentOutside(const CommandLine &commandLine, const DeviceDirectory &directory,
+                                      const Environment &callers)
+{
+    CommandLine asSeenFromThere = commandLine;
+    asSeenFromThere.busOnly = true;
+    return deviceEnvironment(asSeenFromThere, directory, callers);
 }

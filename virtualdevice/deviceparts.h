@@ -17,5 +17,10 @@ std::vector<std::unique_ptr<DevicePart>> makeDeviceParts(const CommandLine &comm
 EnvironmentChanges deviceEnvironment(const CommandLine &commandLine, const DeviceDirectory &directory,
                                      const Environment &callers);
 
+/// The same for programs that were started beside the device, outside its namespaces: they reach its bus and
+/// its folders.
+EnvironmentChanges environmentOutside(const CommandLine &commandLine, const DeviceDirectory &directory,
+                                      const Environment &callers);
+
 /// Name of the variable that holds the device's folder.
 extern const char *const directoryVariable;

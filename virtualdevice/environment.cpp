@@ -44,6 +44,12 @@ void Environment::unset(const std::string &name)
     m_entries.erase(std::remove_if(m_entries.begin(), m_entries.end(), isEntryOf(name)), m_entries.end());
 }
 
+void EnvironmentChanges::add(const EnvironmentChanges &others)
+{
+    set.insert(set.end(), others.set.begin(), others.set.end());
+    unset.insert(unset.end(), others.unset.begin(), others.unset.end());
+}
+
 void EnvironmentChanges::applyTo(Environment *environment) const
 {
     for (const std::string &name : unset)

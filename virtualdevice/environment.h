@@ -28,6 +28,7 @@ struct EnvironmentChanges
     std::vector<std::pair<std::string, std::string>> set;
     std::vector<std::string> unset;
 
+    void add(const EnvironmentChanges &others);
     void applyTo(Environment *environment) const;
     /// The same changes as text that a POSIX shell reads, one line each.
     std::string asShellText() const;

@@ -10,6 +10,13 @@ Failure systemFailure(const std::string &sentence)
     return Failure(sentence + ": " + std::strerror(errno));
 }
 
+Failure forbiddenByMachine(const std::string &what)
+{
+    return Failure("this machine does not allow " + what + " (" + std::strerror(errno)
+                       + "), which a whole device needs; a device with --bus-only does without",
+                   forbiddenStatus);
+}
+
 void complain(const std::string &sentence)
 {
     const std::string line = "zbvirtualdevice: " + sentence + "\n";

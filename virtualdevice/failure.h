@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <string>
 
+/// This machine does not allow what the device needs; ctest and automake take it as "skipped".
+constexpr int forbiddenStatus = 77;
 /// Exit status of the launcher for failures of its own; the same number that env(1) and timeout(1) use.
 constexpr int ownFailureStatus = 125;
 /// COMMAND was found but could not be run.
@@ -31,6 +33,9 @@ private:
 
 /// "SENTENCE: text of errno", for a system call that has just failed.
 Failure systemFailure(const std::string &sentence);
+
+/// For a system call that has just failed because this machine does not allow WHAT.
+Failure forbiddenByMachine(const std::string &what);
 
 /// Writes "zbvirtualdevice: SENTENCE" and a line end to standard error, in one piece.
 void complain(const std::string &sentence);

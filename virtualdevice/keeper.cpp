@@ -3,11 +3,14 @@
 // device runs.
 #include "keeper.h"
 
+#include "deviceclock.h"
 #include "deviceparts.h"
 #include "failure.h"
 #include "leftovers.h"
+#include "namespaces.h"
 #include "signalqueue.h"
 #include "treeremoval.h"
+#include "wholedevice.h"
 
 #include <algorithm>
 #include <array>
@@ -113,7 +116,7 @@ private:
     const SignalQueue m_signals{{SIGCHLD, SIGINT, SIGQUIT, SIGTERM, SIGHUP, SIGPIPE, SIGTTOU}};
 
     std::optional<DeviceDirectory> m_directory;
-    EnvironmentChanges m_changes;
+    FileDescriptor m_mountsOutside;
     ChildProgram m_surroundings;
     std::vector<RunningPart> m_parts;
     std::optional<HeldProgram> m_held;
@@ -238,6 +241,9 @@ void Keeper::holdCommand()
         return;
     ChildProgram program = m_surroundings;
     program.arguments = m_commandLine.command;
+    // Not in that of the parts, which may have a sanitizer that wants to be first.
+    if (m_commandLine.deviceClock && !m_commandLine.busOnly)
+        deviceClockInSight(program.environment).applyTo(&program.environment);
     m_held.emplace(program);
     m_command = m_held->process();
 }
@@ -265,8 +271,14 @@ int Keeper::runCommand()
 void Keeper::announce() const
 {
     std::string text = "# A virtual device runs in " + m_directory->path()
-        + " until Ctrl-C here, or SIGTERM.\n" + "# Another shell is in it once it has read these lines.\n"
-        + m_changes.asShellText();
+        + " until Ctrl-C here, or SIGTERM.\n" + "# Another shell uses it once it has read these lines.\n"
+        + environmentOutside(m_commandLine, *m_directory, Environment::ofThisProcess()).asShellText();
+    if (!m_commandLine.busOnly)
+        text +=
+            "# They do not bring it into /etc, /run, /var/lib and the network of the device; this does, for "
+            "one program:\n"
+            "in_device() { "
+            + commandToEnter(getpid()) + " -- \"$@\"; }\n";
     if (!m_commandLine.withoutDaemon)
         text += "# The daemon's control interface, for example to take the internet away:\n"
                 "#   dbus-send --system --print-reply --dest=com.corvanta.zbutility / "
@@ -281,16 +293,21 @@ int Keeper::runDevice()
 {
     m_directory = DeviceDirectory::create();
     m_link.send({LinkMessage::Directory, 0, m_directory->path()});
-    m_surroundings.environment = Environment::ofThisProcess();
+    const Environment callers = Environment::ofThisProcess();
+    m_surroundings.environment = callers;
     m_surroundings.signalMask = m_mask;
-    m_changes = deviceEnvironment(m_commandLine, *m_directory, m_surroundings.environment);
-    m_changes.applyTo(&m_surroundings.environment);
+    deviceEnvironment(m_commandLine, *m_directory, callers).applyTo(&m_surroundings.environment);
+    // COMMAND cannot be moved into them later.
+    if (!m_commandLine.busOnly)
+        m_mountsOutside = enterNamespaces();
     holdCommand();
     // Out of reach of what is sent to the launcher's group: Ctrl-C and Ctrl-Z, and SIGKILL by timeout(1). A
     // group of our own in the same session would do that too, but as a parent in the session of COMMAND we
     // would have a say in whether the caller's group is orphaned: at COMMAND's end the kernel would hang up
     // the group if anything in it is stopped.
     setsid();
+    if (!m_commandLine.busOnly)
+        setUpWholeDevice(m_commandLine, *m_directory, m_surroundings, callers);
     for (std::unique_ptr<DevicePart> &part : makeDeviceParts(m_commandLine, *m_directory))
         m_parts.push_back({std::move(part), 0, false});
     for (RunningPart &running : m_parts) {
@@ -342,6 +359,7 @@ void Keeper::clearUp()
     endLeftovers({});
     if (!m_directory)
         return;
+    returnToMounts(m_mountsOutside);
     for (const std::string &complaint : removeTree(m_directory->path()))
         fail(complaint);
 }

@@ -3,27 +3,31 @@
 #include "systembus.h"
 
 #include "failure.h"
+#include "files.h"
 
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
-#include <fstream>
 
 namespace {
 
 // Limits are left at what dbus-daemon has for a system bus, so that a program which goes beyond them on a
 // real device, for instance with more than 128 calls under way, does so here too. Anybody may own and call
-// anything, and nothing is started by being called.
-std::string configuration(const std::string &address)
+// anything; only what the service folder names is started by being called.
+std::string configuration(const std::string &address, const SystemBusOfAMachine &machine)
 {
+    std::string places = "  <listen>" + address + "</listen>\n";
+    if (!machine.address.empty())
+        places += "  <listen>" + machine.address + "</listen>\n";
+    if (!machine.serviceFolder.empty())
+        places += "  <servicedir>" + machine.serviceFolder + "</servicedir>\n";
     return R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
   <type>system</type>
   <keep_umask/>
-  <listen>)"
-        + address + R"(</listen>
-  <auth>EXTERNAL</auth>
+)" + places
+        + R"(  <auth>EXTERNAL</auth>
   <policy context="default">
     <allow user="*"/>
     <allow own="*"/>
@@ -34,26 +38,18 @@ std::string configuration(const std::string &address)
 )";
 }
 
-void writeFile(const std::string &path, const std::string &content)
-{
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file << content;
-    file.close();
-    if (!file)
-        throw Failure("cannot write '" + path + "'");
-}
-
 } // namespace
 
-SystemBus::SystemBus(const DeviceDirectory &directory)
+SystemBus::SystemBus(const DeviceDirectory &directory, SystemBusOfAMachine machine)
     : DevicePart("dbus-daemon", directory)
+    , m_machine(std::move(machine))
 {
 }
 
 pid_t SystemBus::start(const ChildProgram &surroundings)
 {
     const std::string configurationFile = directory().bus() + "/system.conf";
-    writeFile(configurationFile, configuration(directory().busAddress()));
+    writeFile(configurationFile, configuration(directory().busAddress(), m_machine));
 
     std::array<int, 2> ends = {};
     if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0)

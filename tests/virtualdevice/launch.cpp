@@ -14,6 +14,23 @@ constexpr int waitMilliseconds = 30000;
 
 } // namespace
 
+QString launcher()
+{
+    return qEnvironmentVariable("LAUNCHER_UNDER_TEST", QStringLiteral(LAUNCHER));
+}
+
+QByteArray reasonAgainstLaunches()
+{
+    Launch launch;
+    launch.run({QStringLiteral("--without-daemon"), QStringLiteral("true")});
+    return launch.exitStatus() == 77 ? launch.readErrors().trimmed() : QByteArray();
+}
+
+bool launchesAreBusOnly()
+{
+    return launcher() == QStringLiteral(BUS_ONLY_LAUNCHER);
+}
+
 Launch::Launch()
     // Short enough for the device to accept it, wherever the tests themselves have their temporary files.
     : m_place(QStringLiteral("/tmp/zbvt-XXXXXX"))
@@ -55,15 +72,14 @@ void Launch::startProgram(const QString &program, const QStringList &arguments)
 
 void Launch::start(const QStringList &arguments)
 {
-    startProgram(QStringLiteral(LAUNCHER), arguments);
+    startProgram(launcher(), arguments);
 }
 
 void Launch::startFromShell(const QStringList &arguments)
 {
     const QString script = QStringLiteral("\"$@\" & wait");
     startProgram(QStringLiteral("/bin/sh"),
-                 QStringList{QStringLiteral("-c"), script, QStringLiteral("sh"), QStringLiteral(LAUNCHER)}
-                     + arguments);
+                 QStringList{QStringLiteral("-c"), script, QStringLiteral("sh"), launcher()} + arguments);
 }
 
 void Launch::run(const QStringList &arguments)

@@ -1,8 +1,25 @@
 // One run of the launcher, in a folder of its own, which the test finds empty again when nothing is left.
 #pragma once
 
+// For initTestCase(): the machine may allow no whole device.
+#define SKIP_WHERE_DEVICES_ARE_FORBIDDEN()                                                                   \
+    do {                                                                                                     \
+        const QByteArray reason = reasonAgainstLaunches();                                                   \
+        if (!reason.isEmpty())                                                                               \
+            QSKIP(reason.constData());                                                                       \
+    } while (false)
+
 #include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
+
+/// The launcher that is under test: the environment variable LAUNCHER_UNDER_TEST may name another one.
+QString launcher();
+
+/// Why this machine does not allow what the launcher makes; empty if it does.
+QByteArray reasonAgainstLaunches();
+
+/// Whether that launcher makes devices with a bus only.
+bool launchesAreBusOnly();
 
 class Launch
 {
@@ -22,6 +39,7 @@ public:
 
     void setVariable(const QString &name, const QString &value) { m_environment.insert(name, value); }
     void unsetVariable(const QString &name) { m_environment.remove(name); }
+    /// The launcher with ARGUMENTS.
     void start(const QStringList &arguments);
     /// The same, but the launcher is the child of a shell, whose number processId() then is.
     void startFromShell(const QStringList &arguments);

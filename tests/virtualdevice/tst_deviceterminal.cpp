@@ -11,6 +11,7 @@ class DeviceTerminalTest : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void init();
     void cleanup();
 
@@ -28,6 +29,11 @@ private:
     std::unique_ptr<Launch> m_launch;
 };
 
+void DeviceTerminalTest::initTestCase()
+{
+    SKIP_WHERE_DEVICES_ARE_FORBIDDEN();
+}
+
 void DeviceTerminalTest::init()
 {
     m_launch = std::make_unique<Launch>();
@@ -41,9 +47,8 @@ void DeviceTerminalTest::cleanup()
 void DeviceTerminalTest::interruptKeyReachesTheCommandOnce()
 {
     Terminal terminal;
-    QVERIFY(terminal.start(
-        {QStringLiteral(LAUNCHER), QStringLiteral("--without-daemon"), QStringLiteral(SIGNALREPORTER)},
-        entries()));
+    QVERIFY(terminal.start({launcher(), QStringLiteral("--without-daemon"), QStringLiteral(SIGNALREPORTER)},
+                           entries()));
     QVERIFY(terminal.shownUntil("ready\r\n").contains("ready"));
     terminal.type("\x03");
     QVERIFY(terminal.shownUntil("signal 2 from terminal\r\n").contains("signal 2 from terminal"));
@@ -57,7 +62,7 @@ void DeviceTerminalTest::interruptKeyReachesTheCommandOnce()
 void DeviceTerminalTest::interruptKeyEndsADeviceWithoutCommand()
 {
     Terminal terminal;
-    QVERIFY(terminal.start({QStringLiteral(LAUNCHER)}, entries()));
+    QVERIFY(terminal.start({launcher()}, entries()));
     QVERIFY(terminal.shownUntil("# The device is ready.").contains("export HOME="));
     terminal.type("\x03");
     QCOMPARE(terminal.waitForEnd(), 0);
@@ -68,7 +73,7 @@ void DeviceTerminalTest::interruptKeyEndsADeviceWithoutCommand()
 void DeviceTerminalTest::interruptKeyDoesNotReachTheDeviceItself()
 {
     Terminal terminal;
-    QVERIFY(terminal.start({QStringLiteral(LAUNCHER), QStringLiteral("/bin/sh"), QStringLiteral("-c"),
+    QVERIFY(terminal.start({launcher(), QStringLiteral("/bin/sh"), QStringLiteral("-c"),
                             QStringLiteral("trap 'echo caught' INT; echo ready; read line; dbus-send --system"
                                            " --print-reply=literal --dest=com.corvanta.zbutility /"
                                            " local.ZBUtilityd.UtilityDaemon.getShip; echo end")},
@@ -86,9 +91,8 @@ void DeviceTerminalTest::commandReadsWhatIsTyped()
 {
     // A process that is not in the foreground would be stopped by the kernel when it reads.
     Terminal terminal;
-    QVERIFY(terminal.start({QStringLiteral(LAUNCHER), QStringLiteral("--without-daemon"),
-                            QStringLiteral("/bin/sh"), QStringLiteral("-c"),
-                            QStringLiteral("echo ready; read line; echo \"<$line>\"")},
+    QVERIFY(terminal.start({launcher(), QStringLiteral("--without-daemon"), QStringLiteral("/bin/sh"),
+                            QStringLiteral("-c"), QStringLiteral("echo ready; read line; echo \"<$line>\"")},
                            entries()));
     QVERIFY(terminal.shownUntil("ready\r\n").contains("ready"));
     terminal.type("two words\n");
@@ -102,7 +106,7 @@ void DeviceTerminalTest::stoppedJobGoesOn()
     QVERIFY(terminal.start({QStringLiteral("/bin/sh"), QStringLiteral("-c"),
                             QStringLiteral("set -m; \"$0\" sh -c 'echo ready; read line; echo \"<$line>\"';"
                                            " echo stopped; fg; echo ended $?"),
-                            QStringLiteral(LAUNCHER)},
+                            launcher()},
                            entries()));
     QVERIFY(terminal.shownUntil("ready\r\n").contains("ready"));
     terminal.type("\x1a");
@@ -116,7 +120,7 @@ void DeviceTerminalTest::stoppedJobGoesOn()
 void DeviceTerminalTest::closedTerminalEndsTheDevice()
 {
     Terminal terminal;
-    QVERIFY(terminal.start({QStringLiteral(LAUNCHER), QStringLiteral("/bin/sh"), QStringLiteral("-c"),
+    QVERIFY(terminal.start({launcher(), QStringLiteral("/bin/sh"), QStringLiteral("-c"),
                             QStringLiteral("(trap '' HUP; sleep 100 &); echo ready; exec sleep 100")},
                            entries()));
     QVERIFY(terminal.shownUntil("ready\r\n").contains("ready"));

@@ -14,6 +14,8 @@ class LaunchedCommandTest : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
+
     void exitStatusIsTheCommands_data();
     void exitStatusIsTheCommands();
     void argumentsArriveUnharmed();
@@ -35,7 +37,7 @@ private slots:
     void unusualTemporaryFolderIsUsed();
     void ownFailuresAreOneSentence_data();
     void ownFailuresAreOneSentence();
-    void missingBusDaemonNamesThePackage();
+    void missingProgramNamesThePackage();
     void daemonThatDoesNotComeUpShowsItsLog();
     void helpNamesTheOptions();
 };
@@ -59,6 +61,11 @@ QString scriptIn(const QString &folder, const QByteArray &text)
 }
 
 } // namespace
+
+void LaunchedCommandTest::initTestCase()
+{
+    SKIP_WHERE_DEVICES_ARE_FORBIDDEN();
+}
 
 void LaunchedCommandTest::exitStatusIsTheCommands_data()
 {
@@ -162,7 +169,7 @@ void LaunchedCommandTest::otherDescriptorsPassToTheCommandOnly()
     launch.start({QStringLiteral("--without-daemon"), QStringLiteral("/bin/sh"), QStringLiteral("-c"),
                   QStringLiteral("exec 9</etc/passwd; exec \"$0\" sh -c 'echo $ZBVIRTUALDEVICE_DIRECTORY;"
                                  " readlink /proc/self/fd/9; echo $(ls /proc/self/fd); read go'"),
-                  QStringLiteral(LAUNCHER)});
+                  launcher()});
     const QString directory = QFile::decodeName(launch.readLine());
     QCOMPARE(launch.readLine(), QByteArray("/etc/passwd"));
     // None of the launcher's.
@@ -207,7 +214,10 @@ void LaunchedCommandTest::environmentNamesPrivateFolders()
     QVERIFY2(directory.size() + 50 <= 107, "leaves no room for the names of sockets");
 
     const QByteArray address = launch.readLine();
-    QCOMPARE(address, "unix:path=" + QFile::encodeName(directory) + "/bus/socket");
+    const QByteArray expectedAddress = launchesAreBusOnly()
+        ? "unix:path=" + QFile::encodeName(directory) + "/bus/socket"
+        : QByteArray("unix:path=/run/dbus/system_bus_socket");
+    QCOMPARE(address, expectedAddress);
     QCOMPARE(launch.readLine(),
              QFile::encodeName(QFileInfo(QStringLiteral(LAUNCHER)).canonicalPath()) + "/zbutilityd");
     launch.closeInput();
@@ -280,7 +290,7 @@ void LaunchedCommandTest::ignoredSignalsStayIgnoredInTheCommand()
     Launch ignoring;
     ignoring.start({QStringLiteral("--without-daemon"), QStringLiteral("/bin/sh"), QStringLiteral("-c"),
                     QStringLiteral("trap '' HUP; exec \"$0\" --without-daemon grep SigIgn /proc/self/status"),
-                    QStringLiteral(LAUNCHER)});
+                    launcher()});
     QVERIFY(ignoring.waitForEnd());
     const QByteArray line = ignoring.readOutput();
     QVERIFY2(line.trimmed().endsWith('1'), line.constData());
@@ -293,7 +303,7 @@ void LaunchedCommandTest::ignoredChildSignalDoesNotLoseTheStatus()
     // Some callers leave SIGCHLD ignored, and then the kernel keeps no status of children.
     Launch launch;
     launch.startProgram(QStringLiteral("env"),
-                        {QStringLiteral("--ignore-signal=CHLD"), QStringLiteral(LAUNCHER),
+                        {QStringLiteral("--ignore-signal=CHLD"), launcher(),
                          QStringLiteral("--without-daemon"), QStringLiteral("sh"), QStringLiteral("-c"),
                          QStringLiteral("exit 7")});
     QVERIFY(launch.waitForEnd());
@@ -381,15 +391,16 @@ void LaunchedCommandTest::ownFailuresAreOneSentence()
     QCOMPARE(launch.folders(), QStringList());
 }
 
-void LaunchedCommandTest::missingBusDaemonNamesThePackage()
+void LaunchedCommandTest::missingProgramNamesThePackage()
 {
     Launch launch;
     launch.setVariable(QStringLiteral("PATH"), QStringLiteral("/nowhere"));
     launch.run({QStringLiteral("/bin/true")});
     QCOMPARE(launch.exitStatus(), 125);
-    QCOMPARE(launch.readErrors(),
-             QByteArray("zbvirtualdevice: dbus-daemon is not in PATH; on Debian it is in the"
-                        " package dbus-daemon\n"));
+    const QByteArray expected = launchesAreBusOnly()
+        ? "zbvirtualdevice: dbus-daemon is not in PATH; on Debian it is in the package dbus-daemon\n"
+        : "zbvirtualdevice: fw_setenv is not in PATH; on Debian it is in the package libubootenv-tool\n";
+    QCOMPARE(launch.readErrors(), expected);
     QCOMPARE(launch.folders(), QStringList());
     QCOMPARE(launch.processes(), QStringList());
 }
@@ -418,7 +429,8 @@ void LaunchedCommandTest::helpNamesTheOptions()
     launch.run({QStringLiteral("--help")});
     QCOMPARE(launch.exitStatus(), 0);
     const QByteArray text = launch.readOutput();
-    for (const char *word : {"Usage: zbvirtualdevice", "--without-daemon", "--utilityd", "--help", "125"})
+    for (const char *word : {"Usage: zbvirtualdevice", "--without-daemon", "--utilityd", "--bus-only",
+                             "--device-clock", "--with-data-partition", "--help", "125", "77"})
         QVERIFY2(text.contains(word), word);
 }
 

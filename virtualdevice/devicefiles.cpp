@@ -1,0 +1,17 @@
+// Puts them into the changes of an overlay, so that they never reach the machine.
+#include "devicefiles.h"
+
+#include "files.h"
+#include "textfiles.h"
+
+void placeEtcFiles(const Overlay &etc)
+{
+    const std::string folder = etc.changes() + "/corvanta";
+    makePublicFolders(folder);
+    writePublicFile(folder + "/wayland.env", waylandEnvironmentText);
+}
+
+void placeSharedFiles(const Overlay &usrShare)
+{
+    makePublicFolders(usrShare.changes() + "/data/Corvanta/TestPages/BrackenXL");
+}

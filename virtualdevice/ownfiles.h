@@ -1,0 +1,13 @@
+// Programs and libraries that were built together with this one.
+#pragma once
+
+#include <string>
+
+/// The utility daemon beside this program.
+std::string utilityDaemonBesideThis();
+
+/// The device's service manager beside this program.
+std::string serviceManagerPath();
+
+/// The device's clock, in the folder of libraries that goes with the folder of this program.
+std::string clockLibraryPath();
