@@ -1,0 +1,107 @@
+// Runs sway. It refuses to be root, so that root hands it to the user "nobody", with a folder that this user
+// can reach.
+#include "compositor.h"
+
+#include "environmentfile.h"
+#include "processend.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QFile>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr uid_t nobody = 65534;
+constexpr int startMilliseconds = 10000;
+
+constexpr char configuration[] = "xwayland disable\n"
+                                 "default_border none\n"
+                                 "focus_follows_mouse no\n"
+                                 "output * mode 800x480\n";
+
+bool writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
+} // namespace
+
+// Not in the folder for temporary files, which only its owner may enter.
+Compositor::Compositor()
+    : m_runtime(QStringLiteral("/tmp/zbcompositor-XXXXXX"))
+{
+}
+
+Compositor::~Compositor()
+{
+    endProcess(m_process);
+}
+
+QString Compositor::start(const QProcessEnvironment &environment, const QByteArray &environmentFile)
+{
+    const QString configurationFile = m_runtime.filePath(QStringLiteral("configuration"));
+    if (!m_runtime.isValid() || !writeFile(configurationFile, configuration))
+        return QStringLiteral("cannot write in /tmp");
+
+    m_environment = withVariables(environment, environmentFile);
+    m_environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_runtime.path());
+    m_environment.insert(QStringLiteral("WLR_RENDERER"), QStringLiteral("pixman"));
+    const bool inWayland = environment.contains(QStringLiteral("WAYLAND_DISPLAY"));
+    m_environment.insert(QStringLiteral("WLR_BACKENDS"),
+                         inWayland ? QStringLiteral("wayland") : QStringLiteral("x11"));
+
+    QStringList command{QStringLiteral("sway"), QStringLiteral("-c"), configurationFile};
+    if (geteuid() == 0) {
+        const QByteArray folder = QFile::encodeName(m_runtime.path());
+        if (chown(folder.constData(), nobody, nobody) != 0)
+            return QStringLiteral("cannot give %1 to the user nobody").arg(m_runtime.path());
+        QFile::setPermissions(configurationFile,
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+        const QString user = QString::number(nobody);
+        command = QStringList{QStringLiteral("setpriv"),
+                              QStringLiteral("--reuid"),
+                              user,
+                              QStringLiteral("--regid"),
+                              user,
+                              QStringLiteral("--clear-groups")}
+            + command;
+    }
+    m_process.setProcessEnvironment(m_environment);
+    m_process.setProcessChannelMode(QProcess::MergedChannels);
+    m_process.start(command.takeFirst(), command);
+    if (!m_process.waitForStarted())
+        return QStringLiteral("cannot run the compositor; on Debian it is in the package sway");
+
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (socket().isEmpty()) {
+        if (m_process.waitForFinished(10) || elapsed.hasExpired(startMilliseconds)
+            || m_process.state() == QProcess::NotRunning)
+            return QStringLiteral("the compositor did not come up:\n")
+                + QString::fromLocal8Bit(m_process.readAll());
+    }
+    return {};
+}
+
+QString Compositor::socket() const
+{
+    const QStringList sockets =
+        QDir(m_runtime.path()).entryList({QStringLiteral("wayland-*")}, QDir::System | QDir::AllEntries);
+    for (const QString &name : sockets) {
+        if (!name.endsWith(QLatin1String(".lock")))
+            return m_runtime.filePath(name);
+    }
+    return {};
+}
+
+QProcessEnvironment Compositor::clientEnvironment() const
+{
+    QProcessEnvironment result = m_environment;
+    result.remove(QStringLiteral("DISPLAY"));
+    result.insert(QStringLiteral("WAYLAND_DISPLAY"), socket());
+    result.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("wayland"));
+    return result;
+}

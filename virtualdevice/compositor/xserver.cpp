@@ -1,0 +1,52 @@
+// Runs Xvfb, which writes the number of its display to its standard output once it listens.
+#include "xserver.h"
+
+#include "processend.h"
+
+#include <QtCore/QElapsedTimer>
+
+namespace {
+
+constexpr int startMilliseconds = 10000;
+
+} // namespace
+
+XServer::~XServer()
+{
+    endProcess(m_process);
+}
+
+QString XServer::start()
+{
+    m_process.setStandardErrorFile(QProcess::nullDevice());
+    m_process.start(QStringLiteral("Xvfb"),
+                    {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                     QStringLiteral("0"), QStringLiteral("800x480x24"), QStringLiteral("-nolisten"),
+                     QStringLiteral("tcp"), QStringLiteral("-noreset")});
+    if (!m_process.waitForStarted())
+        return QStringLiteral("cannot run Xvfb; on Debian it is in the package xvfb");
+    QElapsedTimer elapsed;
+    elapsed.start();
+    QByteArray number;
+    while (!number.contains('\n')) {
+        if (!m_process.waitForReadyRead(int(startMilliseconds - elapsed.elapsed())))
+            return QStringLiteral("Xvfb did not come up");
+        number += m_process.readAllStandardOutput();
+    }
+    m_display = QLatin1Char(':') + QString::fromLatin1(number.trimmed());
+    return {};
+}
+
+QString XServer::type(const QStringList &keyCodes) const
+{
+    QProcess tool;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("DISPLAY"), m_display);
+    tool.setProcessEnvironment(environment);
+    tool.start(QStringLiteral("xdotool"), QStringList{QStringLiteral("key")} + keyCodes);
+    if (!tool.waitForStarted())
+        return QStringLiteral("cannot run xdotool; on Debian it is in the package xdotool");
+    if (!tool.waitForFinished() || tool.exitStatus() != QProcess::NormalExit || tool.exitCode() != 0)
+        return QStringLiteral("xdotool: ") + QString::fromLocal8Bit(tool.readAllStandardError()).trimmed();
+    return {};
+}
