@@ -34,8 +34,16 @@ ApplicationWindow {
             title: qsTr("System Updates"), icon: "update", page: "pages/SystemUpdatesPage.qml"
         },
         {
+            number: ZBSettingsTabNames.LANGUAGES,
+            title: qsTr("Languages"), icon: "keyboard", page: "pages/LanguagesPage.qml"
+        },
+        {
             number: ZBSettingsTabNames.USERS_PASSWORDS,
             title: qsTr("Users & Passwords"), icon: "user", page: "pages/UsersPasswordsPage.qml"
+        },
+        {
+            number: ZBSettingsTabNames.ABOUT,
+            title: qsTr("About"), icon: "information", page: "pages/AboutPage.qml"
         }
     ]
 

@@ -14,12 +14,14 @@ const char helpText[] = R"(Usage: zbsettings [OPTIONS]
 The Settings application of the label printer.
 
   --tab N         open at the tab with number N (0 General, 1 Date & Time, 2 Networking,
-                  3 System Updates, 5 Users & Passwords)
+                  3 System Updates, 4 Languages, 5 Users & Passwords, 9 About)
   --size WxH      size of the window, 640x400 or more; 800x480 when not given
   --select-tab N  ask the Settings application that is running to turn to tab N, and end
   --pictures DIR  drive the application without a display: write a picture of every page into DIR,
                   move the brightness slider, select a tab from another process, take the internet
-                  away and bring it back; print what worked, and end with 0 only if all of it did.
+                  away and bring it back, compare the About page with the tools, reset the supply
+                  calibration, choose a keyboard layout, set the clock; print what worked, and end
+                  with 0 only if all of it did.
                   Changes stored settings: made for the virtual device (zbvirtualdevice)
   -h, --help      print this text
   -v, --version   print the version

@@ -72,6 +72,33 @@ QPainterPath user()
     return path;
 }
 
+QPainterPath keyboard()
+{
+    QPainterPath path;
+    path.addRoundedRect(QRectF(3, 6, 18, 12), 2.4, 2.4);
+    for (const double x : {7.0, 10.4, 13.8, 17.2})
+        addLine(path, {{x - 0.1, 10}, {x + 0.1, 10}});
+    addLine(path, {{8, 14.2}, {16, 14.2}});
+    return path;
+}
+
+QPainterPath information()
+{
+    QPainterPath path;
+    path.addEllipse(middle, 8.8, 8.8);
+    addLine(path, {{12, 11.2}, {12, 16.2}});
+    addLine(path, {{12, 7.8}, {12, 8}});
+    return path;
+}
+
+QPainterPath search()
+{
+    QPainterPath path;
+    path.addEllipse(QPointF(10.6, 10.6), 6, 6);
+    addLine(path, {{15, 15}, {20, 20}});
+    return path;
+}
+
 QPainterPath chevron()
 {
     QPainterPath path;
@@ -126,13 +153,20 @@ QPainterPath bright()
 
 QPainterPath drawing(const QString &name)
 {
-    static const QHash<QString, QPainterPath (*)()> drawings = {
-        {QStringLiteral("general"), general}, {QStringLiteral("clock"), clock},
-        {QStringLiteral("globe"), globe},     {QStringLiteral("update"), update},
-        {QStringLiteral("user"), user},       {QStringLiteral("chevron"), chevron},
-        {QStringLiteral("unfold"), unfold},   {QStringLiteral("check"), check},
-        {QStringLiteral("warning"), warning}, {QStringLiteral("dim"), dim},
-        {QStringLiteral("bright"), bright}};
+    static const QHash<QString, QPainterPath (*)()> drawings = {{QStringLiteral("general"), general},
+                                                                {QStringLiteral("clock"), clock},
+                                                                {QStringLiteral("globe"), globe},
+                                                                {QStringLiteral("update"), update},
+                                                                {QStringLiteral("user"), user},
+                                                                {QStringLiteral("chevron"), chevron},
+                                                                {QStringLiteral("unfold"), unfold},
+                                                                {QStringLiteral("check"), check},
+                                                                {QStringLiteral("warning"), warning},
+                                                                {QStringLiteral("dim"), dim},
+                                                                {QStringLiteral("bright"), bright},
+                                                                {QStringLiteral("keyboard"), keyboard},
+                                                                {QStringLiteral("information"), information},
+                                                                {QStringLiteral("search"), search}};
     const auto draw = drawings.value(name);
     return draw ? draw() : QPainterPath();
 }

@@ -16,6 +16,7 @@
 namespace {
 
 constexpr int stateMilliseconds = 5000;
+constexpr int answerMilliseconds = 1000;
 constexpr int processMilliseconds = 20000;
 
 struct Page
@@ -24,11 +25,10 @@ struct Page
     const char *name;
 };
 
-constexpr Page pages[] = {{ZBSettingsTabNames::GENERAL, "general"},
-                          {ZBSettingsTabNames::DATE_TIME, "date-time"},
-                          {ZBSettingsTabNames::NETWORKING, "networking"},
-                          {ZBSettingsTabNames::SYSTEM_UPDATES, "system-updates"},
-                          {ZBSettingsTabNames::USERS_PASSWORDS, "users-passwords"}};
+constexpr Page pages[] = {
+    {ZBSettingsTabNames::GENERAL, "general"},       {ZBSettingsTabNames::DATE_TIME, "date-time"},
+    {ZBSettingsTabNames::NETWORKING, "networking"}, {ZBSettingsTabNames::SYSTEM_UPDATES, "system-updates"},
+    {ZBSettingsTabNames::LANGUAGES, "languages"},   {ZBSettingsTabNames::USERS_PASSWORDS, "users-passwords"}};
 
 QString settingsFile()
 {
@@ -58,6 +58,10 @@ int PictureTour::run()
     demonstrateBrightness();
     demonstrateTabSelection();
     demonstrateInternet();
+    demonstrateAbout();
+    demonstrateCalibrationReset();
+    demonstrateKeyboardLayout();
+    demonstrateClock();
     return m_failures == 0 ? 0 : 1;
 }
 
@@ -65,6 +69,10 @@ void PictureTour::photographPages()
 {
     for (const Page &page : pages) {
         turnTo(page.tab);
+        // What the page asks others, they mostly answer at once.
+        if (page.tab == ZBSettingsTabNames::DATE_TIME)
+            waitUntil([this] { return !m_driver.visibleText(QStringLiteral("networkTime")).isEmpty(); },
+                      answerMilliseconds);
         writePicture(QLatin1String(page.name));
     }
 
@@ -100,7 +108,7 @@ void PictureTour::photographPages()
 void PictureTour::photographNotice()
 {
     turnTo(ZBSettingsTabNames::GENERAL);
-    showTab(ZBSettingsTabNames::ABOUT);
+    showTab(ZBSettingsTabNames::PRINTER);
     writePicture(QStringLiteral("tab-without-page"));
 }
 
@@ -193,6 +201,16 @@ void PictureTour::sayInternet(bool connected, const QString &word)
            QStringLiteral("the daemon says that the internet is %1, the page says '%2'").arg(word, shown()));
 }
 
+bool PictureTour::click(const QString &item)
+{
+    QQuickItem *const target = m_driver.visibleItem(item);
+    if (target)
+        m_driver.click(*target);
+    else
+        report(false, QStringLiteral("there is no %1 to touch").arg(item));
+    return target != nullptr;
+}
+
 void PictureTour::turnTo(int tab)
 {
     QQuickItem *const entry = m_driver.visibleItem(QStringLiteral("tab.%1").arg(tab));
@@ -221,6 +239,12 @@ void PictureTour::writePicture(const QString &name)
     const QString file = m_directory.filePath(name + QStringLiteral(".png"));
     const QImage picture = m_driver.picture().convertToFormat(QImage::Format_RGB32);
     report(!picture.isNull() && picture.save(file), QStringLiteral("picture %1").arg(file));
+}
+
+void PictureTour::skip(const QString &what)
+{
+    m_output << "skipped " << what << '\n';
+    m_output.flush();
 }
 
 void PictureTour::report(bool worked, const QString &what)

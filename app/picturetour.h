@@ -1,6 +1,7 @@
 // PictureTour: drives the Settings application without a person, takes pictures of it and checks that the
-// three things for which it exists work: storing a setting, turning to a tab on request, showing the internet
-// state.
+// things for which it exists work: storing a setting, turning to a tab on request, showing the internet
+// state, showing what the device is, resetting the supply calibration, choosing a keyboard layout, setting
+// the clock.
 #pragma once
 
 #include "virtualdevicecontrol.h"
@@ -29,6 +30,19 @@ private:
     void demonstrateBrightness();
     void demonstrateTabSelection();
     void demonstrateInternet();
+    void demonstrateAbout();
+    void demonstrateCalibrationReset();
+    void demonstrateKeyboardLayout();
+    void demonstrateClock();
+
+    void compareShown(const QString &item, const QString &expected, const QString &source);
+    void compareOffsets();
+    void compareStorage();
+    bool showAbout();
+    void setClockByHand();
+    void turnNetworkTimeOn();
+    /// Turns a wheel by touches until it shows this text.
+    void turnWheel(const QString &wheel, const QString &text);
 
     void sayInternet(bool connected, const QString &word);
     /// By a touch on the column at the left.
@@ -38,6 +52,9 @@ private:
     void scrollTo(double share);
     void writePicture(const QString &name);
     void report(bool worked, const QString &what);
+    /// What is not done where it would act on the machine itself.
+    void skip(const QString &what);
+    bool click(const QString &item);
 
     QQuickWindow *const m_window;
     WindowDriver m_driver;

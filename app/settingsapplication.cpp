@@ -1,6 +1,7 @@
 // The QML engine and the window of the Settings application.
 #include "settingsapplication.h"
 
+#include "applicationtypes.h"
 #include "iconprovider.h"
 
 #include <QtCore/QCoreApplication>
@@ -48,6 +49,7 @@ QStringList timeZoneNames()
 SettingsApplication::SettingsApplication(QObject *parent)
     : QObject(parent)
 {
+    registerApplicationTypes();
     for (const QString &directory : moduleDirectories())
         m_engine.addImportPath(directory);
     m_engine.addImageProvider(QStringLiteral("icons"), new IconProvider);

@@ -5,6 +5,7 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QVariant>
+#include <QtGui/QKeyEvent>
 #include <QtGui/QMouseEvent>
 #include <QtQuick/QQuickItem>
 #include <QtQuick/QQuickItemGrabResult>
@@ -65,9 +66,14 @@ void WindowDriver::bringIntoView(const QQuickItem &item)
 void WindowDriver::click(const QQuickItem &item)
 {
     bringIntoView(item);
-    const QPointF middle(item.width() / 2, item.height() / 2);
-    sendMouse(QEvent::MouseButtonPress, item.mapToScene(middle));
-    sendMouse(QEvent::MouseButtonRelease, item.mapToScene(middle));
+    clickAt(item, QPointF(item.width() / 2, item.height() / 2));
+}
+
+void WindowDriver::clickAt(const QQuickItem &item, const QPointF &point)
+{
+    const QPointF place = item.mapToScene(point);
+    sendMouse(QEvent::MouseButtonPress, place);
+    sendMouse(QEvent::MouseButtonRelease, place);
 }
 
 void WindowDriver::drag(const QQuickItem &item, const QPointF &from, const QPointF &to)
@@ -88,6 +94,17 @@ void WindowDriver::sendMouse(int eventType, const QPointF &position)
                       Qt::NoModifier);
     QCoreApplication::sendEvent(m_window, &event);
     QCoreApplication::processEvents();
+}
+
+void WindowDriver::type(const QString &text)
+{
+    for (const QChar letter : text) {
+        for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, letter.toUpper().unicode(), Qt::NoModifier, QString(letter));
+            QCoreApplication::sendEvent(m_window, &event);
+        }
+        QCoreApplication::processEvents();
+    }
 }
 
 QImage WindowDriver::picture()

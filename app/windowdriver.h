@@ -25,8 +25,13 @@ public:
     /// Scrolls what the item lies on, as far as needed to see it.
     void bringIntoView(const QQuickItem &item);
     void click(const QQuickItem &item);
+    /// A click at one point of the item, which is left where it is.
+    void clickAt(const QQuickItem &item, const QPointF &point);
     /// Presses at one point of the item, moves in small steps and releases at the other.
     void drag(const QQuickItem &item, const QPointF &from, const QPointF &to);
+
+    /// Types a text on a keyboard, to whatever has the focus.
+    void type(const QString &text);
 
     /// What the window shows, popups included; null when the window cannot be drawn.
     QImage picture();

@@ -7,26 +7,39 @@ T.Button {
 
     /// For the lesser action: text without a filled ground.
     property bool plain
+    /// For the action that is as important but changes nothing: a pale ground.
+    property bool quiet
+    /// For the action that takes something away.
+    property bool destructive
+
+    readonly property color strongColor: destructive ? Theme.warning : Theme.accent
 
     implicitWidth: Math.max(120, contentItem.implicitWidth + 40)
     implicitHeight: Theme.touchSize
+
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     contentItem: PlainText {
         text: control.text
         horizontalAlignment: Text.AlignHCenter
         font.pixelSize: Theme.bodySize - 1
         font.weight: Font.DemiBold
-        color: !control.enabled ? Theme.secondaryText : control.plain ? Theme.accent : Theme.accentText
+        color: !control.enabled ? Theme.secondaryText
+               : control.plain || control.quiet ? control.strongColor : Theme.accentText
     }
 
     background: Rectangle {
         radius: 10
         color: control.plain ? (control.down ? Theme.pressed : "transparent")
-               : !control.enabled ? Theme.line : control.down ? Theme.accentPressed : Theme.accent
+               : !control.enabled ? Theme.line
+               : control.quiet ? (control.down ? Theme.line : Theme.background)
+               : control.down ? Qt.darker(control.strongColor, 1.25) : control.strongColor
 
         FocusRing {
             control: control
             anchors.margins: -4
+            ringColor: control.strongColor
         }
     }
 }

@@ -7,6 +7,8 @@ Column {
     property alias title: titleText.text
     property string description
     property string warning
+    /// Whether what the row is for cannot be used at the moment.
+    property bool dimmed
     /// Object name of the line below the title.
     property string descriptionName: "description"
 
@@ -16,6 +18,7 @@ Column {
         id: titleText
 
         width: parent.width
+        color: texts.dimmed ? Theme.secondaryText : Theme.text
         wrapMode: Text.WordWrap
         maximumLineCount: 2
     }

@@ -22,6 +22,12 @@ Flickable {
             contentY = Math.max(0, Math.min(bottom, contentHeight) - height);
     }
 
+    /// By almost what is seen, down for 1 and up for -1.
+    function turnPage(pages) {
+        var end = Math.max(0, contentHeight - height);
+        contentY = Math.max(0, Math.min(end, contentY + pages * (height - 40)));
+    }
+
     function holds(item) {
         for (var above = item; above; above = above.parent) {
             if (above === column)

@@ -8,9 +8,11 @@ Rectangle {
     parent: flickable
     anchors.right: parent.right
     anchors.rightMargin: 2
-    y: flickable.visibleArea.yPosition * flickable.height
+    // Long enough to be seen, also where the list is long.
+    height: Math.max(24, flickable.visibleArea.heightRatio * flickable.height)
+    y: flickable.visibleArea.yPosition / Math.max(0.001, 1 - flickable.visibleArea.heightRatio)
+       * (flickable.height - height)
     width: 4
-    height: flickable.visibleArea.heightRatio * flickable.height
     radius: 2
     visible: flickable.visibleArea.heightRatio < 1
     color: Theme.track

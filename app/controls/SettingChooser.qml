@@ -6,6 +6,7 @@ T.ItemDelegate {
     id: control
 
     property string description
+    property string warning
     property string value
 
     focusPolicy: Qt.StrongFocus
@@ -14,11 +15,14 @@ T.ItemDelegate {
     leftPadding: Theme.margin
     rightPadding: Theme.margin
 
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
+
     Accessible.name: text
     Accessible.description: value
 
     contentItem: Item {
-        implicitHeight: texts.implicitHeight
+        implicitHeight: Math.max(texts.implicitHeight, valueText.implicitHeight)
 
         RowTexts {
             id: texts
@@ -29,6 +33,8 @@ T.ItemDelegate {
             anchors.verticalCenter: parent.verticalCenter
             title: control.text
             description: control.description
+            warning: control.warning
+            dimmed: !control.enabled
         }
 
         PlainText {
@@ -42,6 +48,9 @@ T.ItemDelegate {
             text: control.value
             color: Theme.secondaryText
             font.pixelSize: Theme.bodySize - 1
+            horizontalAlignment: Text.AlignRight
+            wrapMode: Text.Wrap
+            maximumLineCount: 4
         }
 
         Icon {
@@ -52,6 +61,7 @@ T.ItemDelegate {
             anchors.verticalCenter: parent.verticalCenter
             width: 20
             height: 20
+            visible: control.enabled
             name: "chevron"
             color: Theme.secondaryText
         }

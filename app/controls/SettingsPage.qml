@@ -6,18 +6,39 @@ FocusScope {
 
     property alias title: titleText.text
     default property alias sections: area.items
+    /// What the page as a whole can do, at the right of the title.
+    property alias action: actionPlace.data
+
+    // Where nothing on the page takes these keys, and where there is nothing to take the focus.
+    Keys.onPressed: {
+        var pages = event.key === Qt.Key_PageDown ? 1 : event.key === Qt.Key_PageUp ? -1 : 0;
+        if (pages !== 0) {
+            area.turnPage(pages);
+            event.accepted = true;
+        }
+    }
 
     PlainText {
         id: titleText
 
         objectName: "pageTitle"
         x: Theme.margin + 4
-        width: parent.width - 2 * x
+        width: parent.width - 2 * x - actionPlace.width
         height: 64
         font.pixelSize: Theme.titleSize
         font.weight: Font.DemiBold
         Accessible.role: Accessible.Heading
         Accessible.name: text
+    }
+
+    Item {
+        id: actionPlace
+
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.margin
+        y: 8
+        width: childrenRect.width
+        height: childrenRect.height
     }
 
     ScrollArea {

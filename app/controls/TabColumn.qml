@@ -33,7 +33,7 @@ Rectangle {
         anchors.bottom: connection.top
         width: parent.width
         sideMargin: 10
-        spacing: 4
+        spacing: 2
 
         Repeater {
             model: column.tabs

@@ -10,7 +10,7 @@ T.ItemDelegate {
     property string iconName
 
     focusPolicy: Qt.StrongFocus
-    height: 60
+    height: Theme.touchSize
     leftPadding: 52
     rightPadding: 8
 

@@ -14,7 +14,6 @@ QtObject {
     readonly property color text: "#16232e"
     readonly property color secondaryText: "#566573"
     readonly property color accent: "#0b7a75"
-    readonly property color accentPressed: "#075e5a"
     readonly property color accentSoft: "#d9efec"
     readonly property color accentText: "#ffffff"
     readonly property color pressed: "#f0f4f6"

@@ -97,18 +97,38 @@ void TestProgram::tourShowsThatAllWorksAndLeavesPictures()
               "ok the daemon says that the internet is back, the page says 'Connected to the internet'\n")})
         QVERIFY2(result.output.contains(line), line + "not in\n" + result.output);
 
+    // What would act on the machine, since this device has but a bus of its own.
+    for (const char *line :
+         {"skipped the reset of the supply calibration, which needs a whole virtual device\n",
+          "skipped the choice of a keyboard layout, which needs a whole virtual device\n",
+          "skipped setting the clock, which needs a whole virtual device\n"})
+        QVERIFY2(result.output.contains(line), line + result.output);
+
     const QDir pictures(directory.filePath(QStringLiteral("new/pictures")));
     QStringList names = pictures.entryList(QDir::Files, QDir::Name);
-    QCOMPARE(
-        names,
-        QStringList({QStringLiteral("date-time-zones.png"), QStringLiteral("date-time.png"),
-                     QStringLiteral("general-brightness-moved.png"), QStringLiteral("general-choices.png"),
-                     QStringLiteral("general-end.png"), QStringLiteral("general-middle.png"),
-                     QStringLiteral("general.png"), QStringLiteral("internet-back.png"),
-                     QStringLiteral("internet-gone-updates.png"), QStringLiteral("internet-gone.png"),
-                     QStringLiteral("networking.png"), QStringLiteral("system-updates.png"),
-                     QStringLiteral("tab-selected-by-another-process.png"),
-                     QStringLiteral("tab-without-page.png"), QStringLiteral("users-passwords.png")}));
+    QCOMPARE(names,
+             QStringList({QStringLiteral("about-end.png"),
+                          QStringLiteral("about-middle.png"),
+                          QStringLiteral("about.png"),
+                          QStringLiteral("date-time-zones.png"),
+                          QStringLiteral("date-time.png"),
+                          QStringLiteral("general-brightness-moved.png"),
+                          QStringLiteral("general-choices.png"),
+                          QStringLiteral("general-end.png"),
+                          QStringLiteral("general-middle.png"),
+                          QStringLiteral("general.png"),
+                          QStringLiteral("internet-back.png"),
+                          QStringLiteral("internet-gone-updates.png"),
+                          QStringLiteral("internet-gone.png"),
+                          QStringLiteral("languages-keyboards-search.png"),
+                          QStringLiteral("languages-keyboards.png"),
+                          QStringLiteral("languages-list.png"),
+                          QStringLiteral("languages.png"),
+                          QStringLiteral("networking.png"),
+                          QStringLiteral("system-updates.png"),
+                          QStringLiteral("tab-selected-by-another-process.png"),
+                          QStringLiteral("tab-without-page.png"),
+                          QStringLiteral("users-passwords.png")}));
     QSet<QByteArray> different;
     for (const QString &name : qAsConst(names)) {
         const QImage picture(pictures.filePath(name));

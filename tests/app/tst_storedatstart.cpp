@@ -232,7 +232,7 @@ void TestStoredAtStart::showingAPageStoresNothing()
     if (!content.isEmpty())
         QVERIFY(SettingsFile::write(content));
     AppSession app;
-    for (const int tab : {0, 1, 2, 3, 5, 0})
+    for (const int tab : {0, 1, 2, 3, 4, 5, 9, 0})
         app.turnTo(tab);
     QCOMPARE(SettingsFile::content(), content);
 }

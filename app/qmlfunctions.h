@@ -1,0 +1,44 @@
+// ToolOutput, KeyboardLayouts and ListSearch: pure functions of this program in the form in which QML can
+// call them.
+#pragma once
+
+#include <QtCore/QObject>
+#include <QtCore/QStringList>
+#include <QtCore/QVariantList>
+
+class ToolOutput : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    /// Objects with the members of StorageRow.
+    Q_INVOKABLE QVariantList storageRows(const QString &table) const;
+    Q_INVOKABLE QStringList valueLines(const QString &output, int count) const;
+    Q_INVOKABLE QStringList offsetValues(const QString &line, int count) const;
+};
+
+class KeyboardLayouts : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    /// The text to store for the layout at this position of the back end's list; empty outside the list.
+    Q_INVOKABLE QString codeAt(int position) const;
+    /// The position of the layout with this code, -1 when there is none.
+    Q_INVOKABLE int positionOf(const QString &code) const;
+};
+
+class ListSearch : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    /// Positions of the names that fit what a person typed.
+    Q_INVOKABLE QVariantList positions(const QStringList &names, const QString &text) const;
+};

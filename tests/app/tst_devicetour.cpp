@@ -1,0 +1,70 @@
+// The tour of the program on a whole device whose clock moves: every line that it prints.
+#include "childprocess.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QTemporaryDir>
+#include <QtTest/QtTest>
+
+class TestDeviceTour : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tourActsOnTheWholeDevice();
+};
+
+void TestDeviceTour::tourActsOnTheWholeDevice()
+{
+    const QTemporaryDir pictures;
+    ChildProcess device;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    // The device's clock is a library that comes before the sanitizer's.
+    environment.insert(QStringLiteral("ASAN_OPTIONS"),
+                       environment.value(QStringLiteral("ASAN_OPTIONS"))
+                           + QStringLiteral(":verify_asan_link_order=0"));
+    device.setProcessEnvironment(environment);
+    device.start(QStringLiteral(ZB_VIRTUAL_DEVICE),
+                 {QStringLiteral("--device-clock"), QStringLiteral("--"), QStringLiteral(ZB_SETTINGS_PROGRAM),
+                  QStringLiteral("--pictures"), pictures.path()});
+    QVERIFY(device.waitForFinished(100000));
+    const QByteArray output = device.readAllStandardOutput();
+    const QByteArray errors = device.readAllStandardError();
+    constexpr int notAllowedHere = 77;
+    if (device.exitCode() == notAllowedHere)
+        QSKIP(errors.trimmed().constData());
+
+    QStringList lines;
+    QByteArray failures = errors;
+    for (const QByteArray &line : output.split('\n')) {
+        if (!line.startsWith("ok picture"))
+            lines += QString::fromUtf8(line);
+        if (!line.startsWith("ok "))
+            failures += line + '\n';
+    }
+    // A test's message has no room for all that went well.
+    QVERIFY2(device.exitCode() == 0, failures.right(1500));
+    for (const char *line :
+         {"ok the About page shows '3.1.1.11', the back end says '3.1.1.11'",
+          "ok the About page shows '-3', fw_printenv hOffset says '-3'",
+          "ok the About page shows '02:00:5e:10:00:01', the kernel says '02:00:5e:10:00:01'",
+          "ok the keyboard layout German was picked, /etc/corvanta/wayland.env holds "
+          "'XKB_DEFAULT_LAYOUT=de', the "
+          "setting is 'de'",
+          "ok automatic date and time was turned off, timedatectl says NTP=no",
+          "ok February 2027 offers 28 days, February 2028 29",
+          "ok this program's clock shows it, the page says 'The clock was set'",
+          "ok automatic date and time was turned on, timedatectl says NTP=yes"})
+        QVERIFY2(lines.contains(QLatin1String(line)), line);
+    QVERIFY2(output.contains("ok the supply calibration was reset, fw_printenv says tachLow="), output);
+    QVERIFY2(output.contains("ok the clock was set by hand to 2028-02-29T21:07:00, "), output);
+    QVERIFY2(!output.contains("skipped"), output);
+    // Nothing on any page is left to the QML engine to complain about.
+    QVERIFY2(!errors.contains("qrc:"), errors);
+    for (const char *name :
+         {"about", "about-middle", "about-end", "about-reset-confirmation", "about-reset-done", "languages",
+          "languages-keyboards-search", "languages-german", "date-time-set", "date-time-set-by-hand"})
+        QVERIFY2(QDir(pictures.path()).exists(QString::fromLatin1(name) + QStringLiteral(".png")), name);
+}
+
+QTEST_GUILESS_MAIN(TestDeviceTour)
+#include "tst_devicetour.moc"
