@@ -1,20 +1,45 @@
-// Runs a system tool and reads it back.
+// Runs a system tool.
 #include "toolrun.h"
 
 #include <QtCore/QProcess>
 
+namespace {
+
+/// No tool of the device prints nearly as much; one that runs wild must not fill the memory meanwhile.
+constexpr qint64 largestOutput = 16 * 1024 * 1024;
+
+// df(1) translates its header and its decimal point, which the pages read.
+QProcessEnvironment environmentWithoutLanguage()
+{
+    QProcessEnvironment result = QProcessEnvironment::systemEnvironment();
+    result.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
+    return result;
+}
+
+} // namespace
+
 QString outputOfTool(QProcess &process, const QString &program, const QStringList &arguments)
 {
-    // df(1) translates its header and its decimal point, which the pages read.
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
-    process.setProcessEnvironment(environment);
-    // The object outlives the run, and with it all that is received and never read.
+    process.setProcessEnvironment(environmentWithoutLanguage());
     process.setStandardErrorFile(QProcess::nullDevice());
+    QObject::connect(&process, &QProcess::readyReadStandardOutput, &process, [&process] {
+        if (process.bytesAvailable() > largestOutput)
+            process.closeReadChannel(QProcess::StandardOutput);
+    });
 
     process.start(program, arguments, QIODevice::ReadWrite);
     process.waitForFinished(toolPatience);
     const QString output = QString::fromUtf8(process.readAllStandardOutput().constData());
+
+    // The object stays: without what a tool still prints, and without its copy of the environment.
     process.closeReadChannel(QProcess::StandardOutput);
+    process.setProcessEnvironment({});
     return output;
+}
+
+void startUnread(QProcess &process)
+{
+    process.start(QIODevice::ReadWrite);
+    process.closeReadChannel(QProcess::StandardOutput);
+    process.closeReadChannel(QProcess::StandardError);
 }

@@ -19,9 +19,6 @@ ZBSettingsMain::ZBSettingsMain(QObject *parent, bool runLocalServer)
 
     d->clockProcess = new QProcess(this);
     d->clockProcess->setProgram(QStringLiteral("timedatectl"));
-    // Nobody reads what it prints, and the object would keep it.
-    d->clockProcess->setStandardOutputFile(QProcess::nullDevice());
-    d->clockProcess->setStandardErrorFile(QProcess::nullDevice());
 
     readSettings();
 
