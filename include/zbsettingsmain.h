@@ -37,13 +37,15 @@ struct ZBSettingsMainPrivate;
  * \par Threads and blocking
  * Everything runs on the thread that created the object, which must have an event loop. Calls to the utility
  * daemon wait for its answer: normally less than a millisecond, and until the D-Bus time-out (25 s) when the
- * daemon is there but does not answer. A daemon that is not running fails at once. Tools that are read back
- * are waited for at most 500 ms.
+ * daemon is there but does not answer. A daemon that is not running fails at once. A tool that is read back,
+ * and the tool of setDate(), is waited for 500 ms at most; taking in an output of megabytes comes on top of
+ * that.
  *
  * \par Errors
- * No slot returns an error. What fails is logged with qDebug() and work goes on, with one exception: a key
- * that is not in the schema raises `std::out_of_range` with the text "map::at". C++ callers catch it. A QML
- * engine must never see it: the QML module Corvanta.Settings turns it into a JavaScript `Error`.
+ * No slot returns an error, and work goes on. Calls of the daemon that fail, and an environment file that
+ * cannot be opened, are logged with qDebug(); of a tool that fails nothing is said. There is one exception: a
+ * key that is not in the schema raises `std::out_of_range` with the text "map::at". C++ callers catch it. A
+ * QML engine must never see it: the QML module Corvanta.Settings turns it into a JavaScript `Error`.
  */
 class ZBSETTINGS_EXPORT ZBSettingsMain : public QObject
 {
@@ -285,6 +287,10 @@ public Q_SLOTS:
      * Writes the XKB layout and variant at this position of the keyboard layout list into the compositor's
      * environment file "/etc/corvanta/wayland.env" and waits until it has reached the storage. A position
      * that does not exist writes both keys empty. The compositor reads the file when it starts.
+     *
+     * The file is rewritten in place. The two lines end it: what stood behind the first of them is lost. A
+     * file that is missing is made. When it cannot be opened, "failed to open wayland file" and "failed to
+     * reopen wayland file" are logged.
      */
     void setKeyboardLanguage(int layoutIndex);
     /// Code of the language at this position of the language list, as text in a variant.
@@ -298,11 +304,15 @@ public Q_SLOTS:
 
     /**
      * Text for one field of the About page (ZBSettingsAboutInfoFields::InfoFields), just as the tool printed
-     * it, its last newline included. Empty for any other number, and when the tool is missing, fails or has
-     * printed nothing after 500 ms. Each call runs the tool again.
+     * it, its last newline included; what a tool that fails or is slower than 500 ms has printed until then,
+     * and empty when it is missing and for any other number. Of an output above 16 MB the rest is dropped.
+     *
+     * Each call runs the tool again and leaves a process object behind, which lives as long as this one: ask
+     * when a person looks, do not poll.
      */
     QString getAboutInfo(int field);
-    /// The printer's offsets as two lines of five values each, one line a print head, separated by ", ".
+    /// The printer's offsets as two lines of five values each, one line a print head, separated by ", ". A
+    /// value that is missing is empty.
     QStringList formatOffsets();
 
     /**

@@ -27,12 +27,16 @@ QByteArray registryFile(const QByteArray &folder);
 /// The folder of one of the xkbFolders() that holds a file for each layout.
 QByteArray symbolsFolder(const QByteArray &folder);
 
-/// All entries of the registry files in \a folders; none when there is no file that can be read.
+/**
+ * All entries of the registry files in \a folders, each layout and each variant once; none when there is no
+ * file that can be read. Of an entry that several folders have, the texts are those of the first folder, and
+ * where it has none, those of the next.
+ */
 QVector<KeyboardEntry> readRegistry(const QByteArrayList &folders);
 
 /**
- * Those of \a entries that a compositor can load: their symbols are installed in one of \a folders, and their
- * names can stand in an environment file. The first rule takes out "custom", a place holder that
+ * Those of \a entries that a compositor can load: the layout has a symbols file in one of \a folders, and
+ * the names can stand in an environment file. The first rule takes out "custom", a place holder that
  * xkeyboard-config lists for a layout that the owner of the machine may add.
  */
 QVector<KeyboardEntry> loadableEntries(const QVector<KeyboardEntry> &entries, const QByteArrayList &folders);

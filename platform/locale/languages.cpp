@@ -4,6 +4,7 @@
 
 #include <QtCore/QLocale>
 
+#include <unicode/ucasemap.h>
 #include <unicode/uldnames.h>
 
 #include <algorithm>
@@ -44,6 +45,53 @@ QString displayName(const DisplayNames &names, const LanguageInfo &language)
                                               longestName, &status);
     return U_SUCCESS(status) && length > 0 && length < longestName ? QString::fromUtf16(text, length)
                                                                    : language.name;
+}
+
+struct CloseCaseMap
+{
+    void operator()(UCaseMap *map) const { ucasemap_close(map); }
+};
+using CaseMap = std::unique_ptr<UCaseMap, CloseCaseMap>;
+
+// Nothing but the first letter changes.
+CaseMap openCaseMap(const QString &locale)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    CaseMap map(ucasemap_open(
+        locale.toLatin1().constData(),
+        U_TITLECASE_WHOLE_STRING | U_TITLECASE_NO_LOWERCASE | U_TITLECASE_NO_BREAK_ADJUSTMENT, &status));
+    return U_SUCCESS(status) ? std::move(map) : CaseMap();
+}
+
+// CLDR's own capitalisation for lists leaves out some languages, such as Polish and Norwegian.
+QString capitalised(const CaseMap &map, const QString &name)
+{
+    if (!map)
+        return name;
+    UChar text[longestName];
+    UErrorCode status = U_ZERO_ERROR;
+    const int length = ucasemap_toTitle(map.get(), text, longestName,
+                                        reinterpret_cast<const UChar *>(name.utf16()), name.size(), &status);
+    return U_SUCCESS(status) && length < longestName ? QString::fromUtf16(text, length) : name;
+}
+
+// Position of the row with the language and region of \a wanted, else of the first row with its language and
+// script; -1 when there is none.
+int positionOf(const QLocale &wanted)
+{
+    const QVector<LanguageInfo> &table = languageTable();
+    const auto positionWhere = [&table](const auto &fits) {
+        const auto found = std::find_if(table.begin(), table.end(), fits);
+        return found == table.end() ? -1 : int(found - table.begin());
+    };
+    const QString code = wanted.name().toLower();
+    const int position = positionWhere([&](const LanguageInfo &info) { return info.code == code; });
+    if (position >= 0)
+        return position;
+    const QString language = code.section(QLatin1Char('_'), 0, 0) + QLatin1Char('_');
+    return positionWhere([&](const LanguageInfo &info) {
+        return info.code.startsWith(language) && QLocale(info.locale).script() == wanted.script();
+    });
 }
 
 } // namespace
@@ -96,36 +144,27 @@ const QVector<LanguageInfo> &languageTable()
 
 int languagePosition(const QStringList &uiLanguages)
 {
-    const QVector<LanguageInfo> &table = languageTable();
-    const auto positionWhere = [&table](const auto &fits) {
-        const auto found = std::find_if(table.begin(), table.end(), fits);
-        return found == table.end() ? -1 : int(found - table.begin());
-    };
-
     for (const QString &uiLanguage : uiLanguages) {
         const QLocale wanted(uiLanguage);
         if (wanted.language() == QLocale::C)
             continue;
-        const QString code = wanted.name().toLower();
-        const QString language = code.section(QLatin1Char('_'), 0, 0) + QLatin1Char('_');
-        int position = positionWhere([&](const LanguageInfo &info) { return info.code == code; });
-        if (position < 0) {
-            position = positionWhere([&](const LanguageInfo &info) {
-                return info.code.startsWith(language) && QLocale(info.locale).script() == wanted.script();
-            });
-        }
+        int position = positionOf(wanted);
+        // The other written form of the same language, which every reader of this one knows.
+        if (position < 0 && wanted.language() == QLocale::NorwegianNynorsk)
+            position = positionOf(QLocale(QLocale::NorwegianBokmal, QLocale::Norway));
         if (position >= 0)
             return position;
     }
-    return positionWhere([](const LanguageInfo &info) { return info.code == QLatin1String("en_us"); });
+    return positionOf(QLocale(QLocale::English, QLocale::UnitedStates));
 }
 
 QStringList translatedLanguageNames(const QString &locale)
 {
     const DisplayNames names = openDisplayNames(locale);
+    const CaseMap caseMap = openCaseMap(locale);
     QStringList translated;
     translated.reserve(languageTable().size());
     for (const LanguageInfo &language : languageTable())
-        translated.append(displayName(names, language));
+        translated.append(capitalised(caseMap, displayName(names, language)));
     return translated;
 }

@@ -10,7 +10,8 @@
 const QVector<ZBLocaleLanguages::ZBLanguageInfo> &languageTable();
 
 /// Position of the first of \a uiLanguages (as QLocale::uiLanguages() gives them) that has a row: its own, or
-/// the first row of the same language and script. That of "en_us" when none has.
+/// the first row of the same language and script; Norwegian Nynorsk also takes that of Bokmål. That of
+/// "en_us" when none has.
 int languagePosition(const QStringList &uiLanguages);
 
 /// The name of every row in the language of \a locale (an ICU locale), in the table's order.

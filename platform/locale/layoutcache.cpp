@@ -9,7 +9,6 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
-#include <QtCore/QStandardPaths>
 #include <QtCore/QTemporaryFile>
 
 #include <sys/stat.h>
@@ -33,13 +32,23 @@ QByteArray sizeLine(const QByteArray &packed)
     return QByteArray::number(packed.size()) + ' ' + QByteArray::number(packed.count('\0')) + '\n';
 }
 
+// As the XDG base directories are defined, a relative path is to be ignored. QStandardPaths takes it, and the
+// list would land in whatever folder the process stands in.
+QString cacheFolder()
+{
+    const QString folder = QFile::decodeName(qgetenv("XDG_CACHE_HOME"));
+    if (folder.startsWith(QLatin1Char('/')))
+        return folder;
+    const QString home = QFile::decodeName(qgetenv("HOME"));
+    return home.startsWith(QLatin1Char('/')) ? home + QStringLiteral("/.cache") : QString();
+}
+
 // Empty for a process without a home, which would else write to the root of the file system.
 QString cachePath()
 {
-    if (qEnvironmentVariableIsEmpty("HOME") && qEnvironmentVariableIsEmpty("XDG_CACHE_HOME"))
-        return QString();
-    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation)
-        + QStringLiteral("/Corvanta/ZBLocaleLanguages/keyboard-layouts");
+    const QString folder = cacheFolder();
+    return folder.isEmpty() ? QString()
+                            : folder + QStringLiteral("/Corvanta/ZBLocaleLanguages/keyboard-layouts");
 }
 
 QByteArray contentOf(const QString &path)

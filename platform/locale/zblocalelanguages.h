@@ -55,12 +55,12 @@ public:
     QString getLanguageCode(int index) const;
 
     /// Position of the language that the user interface runs in. A language whose region is not in the list
-    /// stands for the first one with the same language and script ("de_at" for "de_de", "zh_hk" for "zh_tw");
-    /// where no language fits, "en_us". Never out of range.
+    /// stands for the first one with the same language and script ("de_at" for "de_de", "zh_hk" for "zh_tw"),
+    /// and Norwegian Nynorsk for Bokmål ("nb_no"); where no language fits, "en_us". Never out of range.
     int getCurrentLanguageId() const;
 
-    /// Language names in the current language, capitalised for a list: "Portugiesisch (Brasilien)". All
-    /// differ.
+    /// Language names in the current language, each with a capital first letter where the script has any:
+    /// "Portugiesisch (Brasilien)". All differ.
     QStringList getTrLanguageNamesList() const;
 
     /// Keyboard layout names in the current language, in its alphabetical order. All differ. A name that

@@ -12,7 +12,7 @@ void ZBSettingsMain::resetSupplyCalibration()
 {
     for (const QString &variable :
          {QStringLiteral("supplyTrans"), QStringLiteral("cutterTrans"), QStringLiteral("supplyRefl")})
-        QProcess::startDetached(QStringLiteral("fw_setenv"), {variable});
+        startDetached(QStringLiteral("fw_setenv"), {variable});
 }
 
 bool ZBSettingsMain::isMilitaryShipped()

@@ -11,20 +11,17 @@
 void ZBSettingsMain::setTime(QString minutes, QString hours)
 {
     // The first argument goes before the colon, whatever its name: the pages pass the hours first.
-    d->clockProcess->setArguments({QStringLiteral("set-time"), QStringLiteral("%1:%2").arg(minutes, hours)});
-    startUnread(*d->clockProcess);
+    startUnread(*d->clockProcess, {QStringLiteral("set-time"), QStringLiteral("%1:%2").arg(minutes, hours)});
 }
 
 void ZBSettingsMain::setDate(QString year, QString month, QString day)
 {
-    d->clockProcess->setArguments(
-        {QStringLiteral("set-time"), QStringLiteral("%1-%2-%3").arg(year, month, day)});
-    startUnread(*d->clockProcess);
+    startUnread(*d->clockProcess,
+                {QStringLiteral("set-time"), QStringLiteral("%1-%2-%3").arg(year, month, day)});
     d->clockProcess->waitForFinished(toolPatience);
 }
 
 void ZBSettingsMain::setAutoTime(bool enabled)
 {
-    d->clockProcess->setArguments({QStringLiteral("set-ntp"), QStringLiteral("%1").arg(int(enabled))});
-    startUnread(*d->clockProcess);
+    startUnread(*d->clockProcess, {QStringLiteral("set-ntp"), QStringLiteral("%1").arg(int(enabled))});
 }

@@ -37,9 +37,18 @@ QString outputOfTool(QProcess &process, const QString &program, const QStringLis
     return output;
 }
 
-void startUnread(QProcess &process)
+void startUnread(QProcess &process, const QStringList &arguments)
 {
+    // The object would refuse it too, with two warnings.
+    if (process.state() != QProcess::NotRunning)
+        return;
+    process.setArguments(arguments);
     process.start(QIODevice::ReadWrite);
     process.closeReadChannel(QProcess::StandardOutput);
     process.closeReadChannel(QProcess::StandardError);
+}
+
+void startDetached(const QString &program, const QStringList &arguments)
+{
+    QProcess::startDetached(program, arguments);
 }

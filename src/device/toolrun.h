@@ -1,4 +1,4 @@
-// The one way to run a system tool and read it back, and the one to start it and look no further.
+// The ways to run a system tool: read back, not read, and on its own.
 #pragma once
 
 #include <QtCore/QString>
@@ -18,6 +18,10 @@ constexpr int toolPatience = 500;
  */
 QString outputOfTool(QProcess &process, const QString &program, const QStringList &arguments);
 
-/// Starts \a process, whose program and arguments are set, and drops what the tool prints. Refused by the
-/// process object while an earlier run of it has not ended.
-void startUnread(QProcess &process);
+/// Starts \a process, whose program is set, with \a arguments, and drops what the tool prints. The request is
+/// lost when an earlier run of \a process has not ended.
+void startUnread(QProcess &process, const QStringList &arguments);
+
+/// Starts \a program as a process of its own, which outlives this one. Whether it starts and how it ends is
+/// not looked at.
+void startDetached(const QString &program, const QStringList &arguments);

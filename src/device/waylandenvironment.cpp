@@ -11,8 +11,8 @@ QString withLine(const QString &content, const QString &key, const QString &valu
     if (!content.contains(key))
         return content + line;
 
-    // The expression reaches from the key to the last line end before a "<": the device's file has counted on
-    // that since its first version. Spliced by hand, since QString::replace() would expand "\1" in a layout
+    // The expression reaches from the key to the last line end before a "<"; what else reads and writes the
+    // device's file counts on that. Spliced by hand, since QString::replace() would expand "\1" in a layout
     // name.
     const QRegularExpression expression(key + QStringLiteral("=([^<]*)\n"));
     QString result;

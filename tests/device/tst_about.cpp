@@ -259,10 +259,14 @@ void TestAbout::toolIsStartedForReadingAndWriting()
 
 void TestAbout::tableOfTheDiskIsNotTranslated()
 {
+    const bool hasLocale = qEnvironmentVariableIsSet("LC_ALL");
     const QByteArray locale = qgetenv("LC_ALL");
     qputenv("LC_ALL", "de_DE.UTF-8");
     m_settings->getAboutInfo(storageValue);
-    qputenv("LC_ALL", locale);
+    if (hasLocale)
+        qputenv("LC_ALL", locale);
+    else
+        qunsetenv("LC_ALL");
     QCOMPARE(m_tools->runs().first().locale, QByteArray("C"));
 }
 

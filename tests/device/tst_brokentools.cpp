@@ -12,6 +12,7 @@
 #include <QtCore/QProcess>
 #include <QtTest/QtTest>
 
+#include <functional>
 #include <memory>
 
 namespace {
@@ -36,6 +37,13 @@ struct Fault
     const char *name;
     std::function<void(RecordingTools &, const QString &program)> lay;
 };
+
+/// The faults that differ most in how a tool ends, if it does.
+bool isAmongTheWorst(const Fault &fault)
+{
+    return QStringList{QStringLiteral("missing"), QStringLiteral("hanging")}.contains(
+        QLatin1String(fault.name));
+}
 
 const QVector<Fault> &faults()
 {
@@ -79,24 +87,37 @@ struct Operation
 {
     const char *name;
     const char *program;
-    bool isWaitedFor;
+    Patience patience;
     std::function<void(ZBSettingsMain &)> run;
+    /// Another operation runs its tool in the same way, or nothing is read from it: the worst faults will do.
+    bool isPlain = false;
 };
 
 const QVector<Operation> &operations()
 {
     static const QVector<Operation> all{
-        {"time", "timedatectl", false,
+        {"time", "timedatectl", noWait,
          [](ZBSettingsMain &settings) { settings.setTime(QStringLiteral("09"), QStringLiteral("05")); }},
-        {"date", "timedatectl", true,
+        {"date", "timedatectl", oneWait,
          [](ZBSettingsMain &settings) {
              settings.setDate(QStringLiteral("2024"), QStringLiteral("02"), QStringLiteral("29"));
          }},
-        {"network time", "timedatectl", false, [](ZBSettingsMain &settings) { settings.setAutoTime(true); }},
-        {"serial number", "fw_printenv", true, [](ZBSettingsMain &settings) { settings.getAboutInfo(0); }},
-        {"storage", "df", true, [](ZBSettingsMain &settings) { settings.getAboutInfo(2); }},
-        {"wireless address", "cat", true, [](ZBSettingsMain &settings) { settings.getAboutInfo(4); }},
-        {"offsets as lines", "fw_printenv", true, [](ZBSettingsMain &settings) { settings.formatOffsets(); }},
+        {"network time", "timedatectl", noWait, [](ZBSettingsMain &settings) { settings.setAutoTime(true); },
+         true},
+        {"serial number", "fw_printenv", oneWait, [](ZBSettingsMain &settings) { settings.getAboutInfo(0); },
+         true},
+        {"storage", "df", oneWait, [](ZBSettingsMain &settings) { settings.getAboutInfo(2); }},
+        {"Ethernet address", "fw_printenv", oneWait,
+         [](ZBSettingsMain &settings) { settings.getAboutInfo(3); }, true},
+        {"wireless address", "cat", oneWait, [](ZBSettingsMain &settings) { settings.getAboutInfo(4); },
+         true},
+        {"calibration", "fw_printenv", oneWait, [](ZBSettingsMain &settings) { settings.getAboutInfo(6); },
+         true},
+        {"offsets as lines", "fw_printenv", oneWait,
+         [](ZBSettingsMain &settings) { settings.formatOffsets(); }},
+        {"calibration reset", "fw_setenv", threeDetachedStarts,
+         [](ZBSettingsMain &settings) { settings.resetSupplyCalibration(); }, true},
+        {"ship mode", "fw_printenv", oneWait, [](ZBSettingsMain &settings) { settings.isMilitaryShipped(); }},
     };
     return all;
 }
@@ -123,6 +144,8 @@ private Q_SLOTS:
     void otherFieldsWorkWhileAToolHangs();
 
 private:
+    void startAfresh();
+
     std::unique_ptr<RecordingTools> m_tools;
     std::unique_ptr<ZBSettingsMain> m_settings;
     std::unique_ptr<MessageLog> m_log;
@@ -133,8 +156,11 @@ void TestBrokenTools::init()
     SettingsFile::removeAll();
     m_tools = std::make_unique<RecordingTools>();
     QVERIFY(m_tools->isReady());
-    m_settings = std::make_unique<ZBSettingsMain>(nullptr, false);
+    // That no utility daemon is there is said when the object is made.
     m_log = std::make_unique<MessageLog>();
+    m_settings = std::make_unique<ZBSettingsMain>(nullptr, false);
+    m_log->clear();
+    m_tools->clear();
 }
 
 void TestBrokenTools::cleanup()
@@ -146,13 +172,22 @@ void TestBrokenTools::cleanup()
     SettingsFile::removeAll();
 }
 
+/// Without the tools that an earlier attempt has left running.
+void TestBrokenTools::startAfresh()
+{
+    cleanup();
+    init();
+}
+
 void TestBrokenTools::eventLoopIsNotHeldLongerThanAllowed_data()
 {
     QTest::addColumn<int>("operation");
     QTest::addColumn<int>("fault");
     for (int i = 0; i < operations().size(); ++i) {
-        for (int j = 0; j < faults().size(); ++j)
-            QTest::addRow("%s, %s", operations().at(i).name, faults().at(j).name) << i << j;
+        for (int j = 0; j < faults().size(); ++j) {
+            if (!operations().at(i).isPlain || isAmongTheWorst(faults().at(j)))
+                QTest::addRow("%s, %s", operations().at(i).name, faults().at(j).name) << i << j;
+        }
     }
 }
 
@@ -162,14 +197,21 @@ void TestBrokenTools::eventLoopIsNotHeldLongerThanAllowed()
     QFETCH(int, fault);
     const Operation &what = operations().at(operation);
     const Fault &how = faults().at(fault);
-    how.lay(*m_tools, QString::fromLatin1(what.program));
+    const bool isForEver = qstrcmp(how.name, "output for ever") == 0;
+    const int afterwards = isForEver ? 200 : 20;
+    const auto attempt = [&] {
+        startAfresh();
+        how.lay(*m_tools, QString::fromLatin1(what.program));
+        return Heartbeat::longestPauseAround([&] { what.run(*m_settings); }, afterwards);
+    };
+    const bool isTakenIn = isForEver && what.patience.shortestAttempt > toolTime;
+    const QByteArray complaint = complaintAbout(attempt, isTakenIn ? oneWaitAndMegabytes : what.patience);
     QVERIFY(m_tools->isReady());
-
-    const int afterwards = qstrcmp(how.name, "output for ever") == 0 ? 200 : 20;
-    const qint64 pause = Heartbeat::longestPauseAround([&] { what.run(*m_settings); }, afterwards);
-    const int allowed = what.isWaitedFor ? longestWait : longestStart;
-    QVERIFY2(pause <= allowed, QByteArray::number(pause).constData());
-    QCOMPARE(m_log->texts(), QStringList());
+    QVERIFY2(complaint.isEmpty(), complaint.constData());
+    // Of the tool nothing is said, only of the daemon, which this test runs without.
+    const QStringList log = m_log->texts();
+    QCOMPARE(log.size(), qstrcmp(what.name, "ship mode") == 0 ? 1 : 0);
+    QVERIFY(log.isEmpty() || log.first().startsWith(QLatin1String("DBus Reply(getShip) is inValid ")));
 }
 
 void TestBrokenTools::tenMegabytesAreReturnedWhole()
@@ -218,7 +260,7 @@ void TestBrokenTools::partialOutputIsReturnedAndTheToolLeftRunning()
     QElapsedTimer timer;
     timer.start();
     QCOMPARE(m_settings->getAboutInfo(5), QStringLiteral("1\n2\n1\n2\n"));
-    QVERIFY2(timer.elapsed() >= toolTime && timer.elapsed() <= longestWait,
+    QVERIFY2(timer.elapsed() >= toolTime && timer.elapsed() <= oneWait.anyAttempt,
              QByteArray::number(timer.elapsed()).constData());
     QProcess *const process = m_settings->findChildren<QProcess *>().last();
     QCOMPARE(process->state(), QProcess::Running);
@@ -252,7 +294,7 @@ void TestBrokenTools::settingsGoWhileToolsHang()
     QElapsedTimer timer;
     timer.start();
     m_settings.reset();
-    QVERIFY2(timer.elapsed() <= longestStart, QByteArray::number(timer.elapsed()).constData());
+    QVERIFY2(timer.elapsed() <= noWait.anyAttempt, QByteArray::number(timer.elapsed()).constData());
     const QVector<RecordingTools::Run> runs = m_tools->runs();
     for (const RecordingTools::Run &run : runs)
         QVERIFY(!QFileInfo::exists(QStringLiteral("/proc/%1").arg(run.processId)));

@@ -1,5 +1,6 @@
 // The reset of the supply calibration: which values are deleted, and by which processes.
 #include "emissionrecorder.h"
+#include "filebytes.h"
 #include "messagelog.h"
 #include "patience.h"
 #include "recordingtools.h"
@@ -99,9 +100,8 @@ void TestCalibration::processesAreDetached()
     QCOMPARE(m_settings->children().size(), children);
     const QVector<RecordingTools::Run> runs = m_tools->runs();
     for (const RecordingTools::Run &run : runs) {
-        QFile status(QStringLiteral("/proc/%1/stat").arg(run.processId));
-        QVERIFY(status.open(QIODevice::ReadOnly));
-        const QByteArray text = status.readAll();
+        const QByteArray text = FileBytes::read(QStringLiteral("/proc/%1/stat").arg(run.processId));
+        QVERIFY(!text.isEmpty());
         const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
         QVERIFY(fields.at(1).toLongLong() != getpid());
     }
@@ -128,6 +128,8 @@ void TestCalibration::resetReturnsAtOnce_data()
 void TestCalibration::resetReturnsAtOnce()
 {
     QFETCH(QString, fault);
+    const bool isStarted = fault != QLatin1String("missing") && fault != QLatin1String("not a program");
+    int runs = 0;
     if (fault == QLatin1String("missing"))
         m_tools->remove(tool);
     else if (fault == QLatin1String("not a program"))
@@ -138,12 +140,18 @@ void TestCalibration::resetReturnsAtOnce()
         m_tools->setSteps(tool, {RecordingTools::exitWith(1)});
     else if (fault == QLatin1String("crashing"))
         m_tools->setSteps(tool, {RecordingTools::crash()});
-    QElapsedTimer timer;
-    timer.start();
-    m_settings->resetSupplyCalibration();
-    QVERIFY2(timer.elapsed() <= longestStart, QByteArray::number(timer.elapsed()).constData());
-    if (fault != QLatin1String("missing") && fault != QLatin1String("not a program"))
-        QVERIFY(m_tools->waitForRuns(3));
+    QVERIFY(m_tools->isReady());
+    const auto attempt = [&] {
+        runs += 3;
+        QElapsedTimer timer;
+        timer.start();
+        m_settings->resetSupplyCalibration();
+        return timer.elapsed();
+    };
+    const QByteArray complaint = complaintAbout(attempt, threeDetachedStarts);
+    QVERIFY2(complaint.isEmpty(), complaint.constData());
+    if (isStarted)
+        QVERIFY(m_tools->waitForRuns(runs));
     QCOMPARE(m_log->texts(), QStringList());
 }
 

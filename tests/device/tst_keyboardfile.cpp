@@ -2,8 +2,11 @@
 //
 // The layouts are the test's own. The machine's storage is not synced: sync() is watched instead.
 #include "emissionrecorder.h"
-#include "environmentfile.h"
+#include "filebytes.h"
+#include "heartbeat.h"
+#include "keyboardenvironment.h"
 #include "messagelog.h"
+#include "patience.h"
 #include "recordingtools.h"
 #include "scriptedlocale.h"
 #include "settingsfile.h"
@@ -75,6 +78,7 @@ private Q_SLOTS:
     void bothOpensFailed();
     void directoryInItsPlaceChangesNothing();
     void readOnlyFileIsLeftAloneButByRoot();
+    void choiceDoesNotHoldTheEventLoop();
     void nothingElseHappens();
 
 private:
@@ -87,7 +91,7 @@ private:
 void TestKeyboardFile::init()
 {
     SettingsFile::removeAll();
-    QVERIFY(EnvironmentFile::clear());
+    QVERIFY(KeyboardEnvironment::clear());
     script() = {};
     script().layouts = layouts();
     m_settings = std::make_unique<ZBSettingsMain>(nullptr, false);
@@ -100,8 +104,8 @@ void TestKeyboardFile::cleanup()
     m_log.reset();
     m_settings.reset();
     SystemCalls::reset();
-    EnvironmentFile::clear();
-    EnvironmentFile::write("XKB_DEFAULT_LAYOUT=us\nXKB_DEFAULT_VARIANT=\n");
+    KeyboardEnvironment::clear();
+    KeyboardEnvironment::write("XKB_DEFAULT_LAYOUT=us\nXKB_DEFAULT_VARIANT=\n");
     SettingsFile::removeAll();
 }
 
@@ -139,6 +143,14 @@ void TestKeyboardFile::fileIsRewrittenByteForByte_data()
         "A=\?\?\nXKB_DEFAULT_LAYOUT=de\nXKB_DEFAULT_VARIANT=nodeadkeys\n");
     row("no UTF-8", "A=\xff\xe9\n", german,
         "A=\?\?\nXKB_DEFAULT_LAYOUT=de\nXKB_DEFAULT_VARIANT=nodeadkeys\n");
+    row("byte-order mark is no text",
+        "\xef\xbb\xbf"
+        "A=1\n",
+        german, "A=1\nXKB_DEFAULT_LAYOUT=de\nXKB_DEFAULT_VARIANT=nodeadkeys\n");
+    row("byte-order mark before the key", "\xef\xbb\xbfXKB_DEFAULT_LAYOUT=us\n", german,
+        "XKB_DEFAULT_LAYOUT=de\nXKB_DEFAULT_VARIANT=nodeadkeys\n");
+    row("byte-order mark further on is text", "A=\xef\xbb\xbf\n", german,
+        "A=\?\nXKB_DEFAULT_LAYOUT=de\nXKB_DEFAULT_VARIANT=nodeadkeys\n");
     row("layout name beyond Latin-1", "A=1\n", nonLatin,
         "A=1\nXKB_DEFAULT_LAYOUT=\?\xe9\nXKB_DEFAULT_VARIANT=\?\n");
     row("backslash in the layout name", "XKB_DEFAULT_LAYOUT=us\nXKB_DEFAULT_VARIANT=x\n", withBackslash,
@@ -158,18 +170,18 @@ void TestKeyboardFile::fileIsRewrittenByteForByte()
     QFETCH(QByteArray, before);
     QFETCH(int, index);
     QFETCH(QByteArray, after);
-    QVERIFY(EnvironmentFile::write(before));
+    QVERIFY(KeyboardEnvironment::write(before));
     choose(index);
-    QCOMPARE(EnvironmentFile::content(), after);
+    QCOMPARE(KeyboardEnvironment::content(), after);
     QCOMPARE(m_log->texts(), QStringList());
 }
 
 void TestKeyboardFile::textBeyondLatin1IsLostInTheSecondChange()
 {
-    QVERIFY(EnvironmentFile::write("A=\xc3\xa9\n"));
+    QVERIFY(KeyboardEnvironment::write("A=\xc3\xa9\n"));
     choose(german);
     choose(german);
-    QCOMPARE(EnvironmentFile::content(),
+    QCOMPARE(KeyboardEnvironment::content(),
              QByteArray("A=\?\nXKB_DEFAULT_LAYOUT=de\nXKB_DEFAULT_VARIANT=nodeadkeys\n"));
 }
 
@@ -194,9 +206,9 @@ void TestKeyboardFile::layoutIsLookedUpByItsKey()
 {
     QFETCH(int, index);
     QFETCH(QByteArray, content);
-    QVERIFY(EnvironmentFile::write("XKB_DEFAULT_LAYOUT=fr\nXKB_DEFAULT_VARIANT=bepo\n"));
+    QVERIFY(KeyboardEnvironment::write("XKB_DEFAULT_LAYOUT=fr\nXKB_DEFAULT_VARIANT=bepo\n"));
     choose(index);
-    QCOMPARE(EnvironmentFile::content(), content);
+    QCOMPARE(KeyboardEnvironment::content(), content);
     QCOMPARE(m_log->texts(), QStringList());
 }
 
@@ -208,57 +220,55 @@ void TestKeyboardFile::layoutTableIsFetchedOnceAndAfresh()
     script().layouts[german].layout = QStringLiteral("at");
     choose(german);
     QCOMPARE(script().questions.size(), 2);
-    QCOMPARE(EnvironmentFile::content(),
+    QCOMPARE(KeyboardEnvironment::content(),
              QByteArray("XKB_DEFAULT_LAYOUT=at\nXKB_DEFAULT_VARIANT=nodeadkeys\n"));
 }
 
 void TestKeyboardFile::fileIsRewrittenInPlace()
 {
-    QVERIFY(EnvironmentFile::write("A=1\n"));
-    const QByteArray path = QFile::encodeName(EnvironmentFile::path());
+    QVERIFY(KeyboardEnvironment::write("A=1\n"));
+    const QByteArray path = QFile::encodeName(KeyboardEnvironment::path());
     const QByteArray otherName = path + ".link";
     QCOMPARE(chmod(path.constData(), 0640), 0);
     if (getuid() == 0)
         QCOMPARE(chown(path.constData(), 0, 1), 0);
     QCOMPARE(link(path.constData(), otherName.constData()), 0);
-    const struct stat before = statusOf(EnvironmentFile::path());
+    const struct stat before = statusOf(KeyboardEnvironment::path());
 
     choose(german);
-    const struct stat after = statusOf(EnvironmentFile::path());
+    const struct stat after = statusOf(KeyboardEnvironment::path());
     QCOMPARE(after.st_ino, before.st_ino);
     QCOMPARE(after.st_dev, before.st_dev);
     QCOMPARE(after.st_mode, before.st_mode);
     QCOMPARE(after.st_uid, before.st_uid);
     QCOMPARE(after.st_gid, before.st_gid);
     QCOMPARE(int(after.st_nlink), 2);
-    QFile other(QFile::decodeName(otherName));
-    QVERIFY(other.open(QIODevice::ReadOnly));
-    QCOMPARE(other.readAll(), QByteArray("A=1\nXKB_DEFAULT_LAYOUT=de\nXKB_DEFAULT_VARIANT=nodeadkeys\n"));
+    QCOMPARE(FileBytes::read(QFile::decodeName(otherName)),
+             QByteArray("A=1\nXKB_DEFAULT_LAYOUT=de\nXKB_DEFAULT_VARIANT=nodeadkeys\n"));
     QCOMPARE(
-        QDir(EnvironmentFile::folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+        QDir(KeyboardEnvironment::folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
         QStringList({QStringLiteral("wayland.env"), QStringLiteral("wayland.env.link")}));
 }
 
 void TestKeyboardFile::symbolicLinkIsFollowed()
 {
-    const QString target = EnvironmentFile::folder() + QStringLiteral("/elsewhere.env");
-    QVERIFY(EnvironmentFile::write("A=1\n"));
-    QVERIFY(QFile::rename(EnvironmentFile::path(), target));
-    QCOMPARE(symlink("elsewhere.env", QFile::encodeName(EnvironmentFile::path()).constData()), 0);
+    const QString target = KeyboardEnvironment::folder() + QStringLiteral("/elsewhere.env");
+    QVERIFY(KeyboardEnvironment::write("A=1\n"));
+    QVERIFY(QFile::rename(KeyboardEnvironment::path(), target));
+    QCOMPARE(symlink("elsewhere.env", QFile::encodeName(KeyboardEnvironment::path()).constData()), 0);
     choose(german);
-    QVERIFY(QFileInfo(EnvironmentFile::path()).isSymLink());
-    QFile file(target);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), QByteArray("A=1\nXKB_DEFAULT_LAYOUT=de\nXKB_DEFAULT_VARIANT=nodeadkeys\n"));
+    QVERIFY(QFileInfo(KeyboardEnvironment::path()).isSymLink());
+    QCOMPARE(FileBytes::read(target),
+             QByteArray("A=1\nXKB_DEFAULT_LAYOUT=de\nXKB_DEFAULT_VARIANT=nodeadkeys\n"));
     QCOMPARE(m_log->texts(), QStringList());
 }
 
 void TestKeyboardFile::danglingLinkMakesItsTarget()
 {
-    QCOMPARE(symlink("elsewhere.env", QFile::encodeName(EnvironmentFile::path()).constData()), 0);
+    QCOMPARE(symlink("elsewhere.env", QFile::encodeName(KeyboardEnvironment::path()).constData()), 0);
     choose(german);
-    QVERIFY(QFileInfo(EnvironmentFile::path()).isSymLink());
-    QCOMPARE(EnvironmentFile::content(),
+    QVERIFY(QFileInfo(KeyboardEnvironment::path()).isSymLink());
+    QCOMPARE(KeyboardEnvironment::content(),
              QByteArray("XKB_DEFAULT_LAYOUT=de\nXKB_DEFAULT_VARIANT=nodeadkeys\n"));
     QCOMPARE(m_log->texts(), QStringList());
 }
@@ -266,15 +276,15 @@ void TestKeyboardFile::danglingLinkMakesItsTarget()
 void TestKeyboardFile::missingFileIsMade()
 {
     choose(german);
-    QCOMPARE(EnvironmentFile::content(),
+    QCOMPARE(KeyboardEnvironment::content(),
              QByteArray("XKB_DEFAULT_LAYOUT=de\nXKB_DEFAULT_VARIANT=nodeadkeys\n"));
     QCOMPARE(m_log->texts(), QStringList());
 }
 
 void TestKeyboardFile::contentIsOnTheStorageBeforeTheCallReturns()
 {
-    QVERIFY(EnvironmentFile::write("A=1\n"));
-    SystemCalls::watchSyncs(QFile::encodeName(EnvironmentFile::path()));
+    QVERIFY(KeyboardEnvironment::write("A=1\n"));
+    SystemCalls::watchSyncs(QFile::encodeName(KeyboardEnvironment::path()));
     choose(german);
     QCOMPARE(SystemCalls::contentsAtSyncs(),
              QVector<QByteArray>{"A=1\nXKB_DEFAULT_LAYOUT=de\nXKB_DEFAULT_VARIANT=nodeadkeys\n"});
@@ -282,11 +292,11 @@ void TestKeyboardFile::contentIsOnTheStorageBeforeTheCallReturns()
 
 void TestKeyboardFile::failedFirstOpenLeavesTheTwoLinesOnly()
 {
-    QVERIFY(EnvironmentFile::write("A=1\n"));
-    SystemCalls::failOpens(QFile::encodeName(EnvironmentFile::path()), {0});
+    QVERIFY(KeyboardEnvironment::write("A=1\n"));
+    SystemCalls::failOpens(QFile::encodeName(KeyboardEnvironment::path()), {0});
     choose(german);
     QCOMPARE(SystemCalls::openCount(), 2);
-    QCOMPARE(EnvironmentFile::content(),
+    QCOMPARE(KeyboardEnvironment::content(),
              QByteArray("XKB_DEFAULT_LAYOUT=de\nXKB_DEFAULT_VARIANT=nodeadkeys\n"));
     QCOMPARE(m_log->texts(), QStringList{firstLine});
     QCOMPARE(m_log->messages().first().type, QtDebugMsg);
@@ -294,48 +304,56 @@ void TestKeyboardFile::failedFirstOpenLeavesTheTwoLinesOnly()
 
 void TestKeyboardFile::failedSecondOpenChangesNothing()
 {
-    QVERIFY(EnvironmentFile::write("A=1\n"));
-    SystemCalls::failOpens(QFile::encodeName(EnvironmentFile::path()), {1});
+    QVERIFY(KeyboardEnvironment::write("A=1\n"));
+    SystemCalls::failOpens(QFile::encodeName(KeyboardEnvironment::path()), {1});
     choose(german);
     QCOMPARE(SystemCalls::openCount(), 2);
     QCOMPARE(m_log->texts(), QStringList{secondLine});
     QCOMPARE(m_log->messages().first().type, QtDebugMsg);
-    QCOMPARE(EnvironmentFile::content(), QByteArray("A=1\n"));
+    QCOMPARE(KeyboardEnvironment::content(), QByteArray("A=1\n"));
 }
 
 void TestKeyboardFile::bothOpensFailed()
 {
-    QVERIFY(EnvironmentFile::write("A=1\n"));
-    SystemCalls::failOpens(QFile::encodeName(EnvironmentFile::path()), {0, 1});
-    SystemCalls::watchSyncs(QFile::encodeName(EnvironmentFile::path()));
+    QVERIFY(KeyboardEnvironment::write("A=1\n"));
+    SystemCalls::failOpens(QFile::encodeName(KeyboardEnvironment::path()), {0, 1});
+    SystemCalls::watchSyncs(QFile::encodeName(KeyboardEnvironment::path()));
     choose(german);
     QCOMPARE(m_log->texts(), QStringList({firstLine, secondLine}));
-    QCOMPARE(EnvironmentFile::content(), QByteArray("A=1\n"));
+    QCOMPARE(KeyboardEnvironment::content(), QByteArray("A=1\n"));
     QCOMPARE(SystemCalls::contentsAtSyncs().size(), 1);
 }
 
 void TestKeyboardFile::directoryInItsPlaceChangesNothing()
 {
-    QVERIFY(QDir().mkpath(EnvironmentFile::path() + QStringLiteral("/inner")));
+    QVERIFY(QDir().mkpath(KeyboardEnvironment::path() + QStringLiteral("/inner")));
     choose(german);
     QCOMPARE(m_log->texts(), QStringList({firstLine, secondLine}));
-    QCOMPARE(QDir(EnvironmentFile::path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+    QCOMPARE(QDir(KeyboardEnvironment::path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              QStringList{QStringLiteral("inner")});
 }
 
 void TestKeyboardFile::readOnlyFileIsLeftAloneButByRoot()
 {
-    QVERIFY(EnvironmentFile::write("A=1\n"));
-    QVERIFY(QFile::setPermissions(EnvironmentFile::path(), QFile::ReadOwner));
+    QVERIFY(KeyboardEnvironment::write("A=1\n"));
+    QVERIFY(QFile::setPermissions(KeyboardEnvironment::path(), QFile::ReadOwner));
     choose(german);
     if (getuid() == 0) {
-        QCOMPARE(EnvironmentFile::content(),
+        QCOMPARE(KeyboardEnvironment::content(),
                  QByteArray("A=1\nXKB_DEFAULT_LAYOUT=de\nXKB_DEFAULT_VARIANT=nodeadkeys\n"));
         QCOMPARE(m_log->texts(), QStringList());
     } else {
-        QCOMPARE(EnvironmentFile::content(), QByteArray("A=1\n"));
+        QCOMPARE(KeyboardEnvironment::content(), QByteArray("A=1\n"));
         QCOMPARE(m_log->texts(), QStringList({firstLine, secondLine}));
     }
+}
+
+void TestKeyboardFile::choiceDoesNotHoldTheEventLoop()
+{
+    QVERIFY(KeyboardEnvironment::write(QByteArray("A=1\n").repeated(100000)));
+    const QByteArray complaint =
+        complaintAbout([this] { return Heartbeat::longestPauseAround([this] { choose(german); }); }, noWait);
+    QVERIFY2(complaint.isEmpty(), complaint.constData());
 }
 
 void TestKeyboardFile::nothingElseHappens()

@@ -3,7 +3,8 @@
 // The folders are small disks in memory that a process of its own mounts, in a mount namespace that goes with
 // it. Where that is not allowed the test is skipped.
 #include "childprocess.h"
-#include "environmentfile.h"
+#include "filebytes.h"
+#include "keyboardenvironment.h"
 #include "messagelog.h"
 #include "scriptedlocale.h"
 #include "zbsettingsmain.h"
@@ -26,12 +27,6 @@ const QByteArray germanLines("XKB_DEFAULT_LAYOUT=de\nXKB_DEFAULT_VARIANT=nodeadk
 const QStringList bothFailures{QStringLiteral("failed to open wayland file"),
                                QStringLiteral("failed to reopen wayland file")};
 
-bool writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
-}
-
 /// Mounts are this process's alone from now on. The user stays who it is, so that the bus still knows it.
 bool enterMountNamespace()
 {
@@ -40,14 +35,14 @@ bool enterMountNamespace()
     if (user == "0")
         return unshare(CLONE_NEWNS) == 0;
     return unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0
-        && writeFile(QStringLiteral("/proc/self/setgroups"), "deny")
-        && writeFile(QStringLiteral("/proc/self/uid_map"), user + ' ' + user + " 1")
-        && writeFile(QStringLiteral("/proc/self/gid_map"), group + ' ' + group + " 1");
+        && FileBytes::write(QStringLiteral("/proc/self/setgroups"), "deny")
+        && FileBytes::write(QStringLiteral("/proc/self/uid_map"), user + ' ' + user + " 1")
+        && FileBytes::write(QStringLiteral("/proc/self/gid_map"), group + ' ' + group + " 1");
 }
 
 bool mountDisk(const QByteArray &folder)
 {
-    EnvironmentFile::folder();
+    KeyboardEnvironment::folder();
     return enterMountNamespace() && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0
         && mount("tmpfs", folder.constData(), "tmpfs", 0, "size=64k,mode=0755") == 0;
 }
@@ -59,7 +54,7 @@ bool fillDisk(int pages)
     if (statvfs("/etc/corvanta", &disk) != 0)
         return false;
     const qint64 fill = qint64(disk.f_bfree) * qint64(disk.f_frsize) - qint64(pages) * pageSize;
-    return fill >= 0 && writeFile(QStringLiteral("/etc/corvanta/fill"), QByteArray(int(fill), 'x'));
+    return fill >= 0 && FileBytes::write(QStringLiteral("/etc/corvanta/fill"), QByteArray(int(fill), 'x'));
 }
 
 /// What choosing a layout logs.
@@ -86,30 +81,31 @@ QString complaintOfMissingFolder()
 
 QString complaintOfReadOnlyDisk()
 {
-    if (!EnvironmentFile::write("A=1\n")
+    if (!KeyboardEnvironment::write("A=1\n")
         || mount(nullptr, "/etc/corvanta", nullptr, MS_REMOUNT | MS_RDONLY, nullptr) != 0)
         return QStringLiteral("the disk could not be made read-only");
     if (messagesOfAChoice() != bothFailures)
         return QStringLiteral("not both failures were logged");
-    return EnvironmentFile::content() == "A=1\n" ? QString() : QStringLiteral("the file has changed");
+    return KeyboardEnvironment::content() == "A=1\n" ? QString() : QStringLiteral("the file has changed");
 }
 
 /// \a content is in the file on a disk with \a freePages pages; \a expected is there after the choice.
 QString complaintOfFullDisk(const QByteArray &content, int freePages, const QByteArray &expected)
 {
-    if ((!content.isNull() && !EnvironmentFile::write(content)) || !fillDisk(freePages))
+    if ((!content.isNull() && !KeyboardEnvironment::write(content)) || !fillDisk(freePages))
         return QStringLiteral("the disk could not be filled");
     if (!messagesOfAChoice().isEmpty())
         return QStringLiteral("something was logged");
-    if (EnvironmentFile::content() != expected)
+    if (KeyboardEnvironment::content() != expected)
         return QStringLiteral("on the full disk the file has %1 bytes")
-            .arg(EnvironmentFile::content().size());
+            .arg(KeyboardEnvironment::content().size());
 
     // With room again the next choice is whole.
     QFile::remove(QStringLiteral("/etc/corvanta/fill"));
     messagesOfAChoice();
-    if (!EnvironmentFile::content().endsWith(germanLines))
-        return QStringLiteral("with room again the file has %1 bytes").arg(EnvironmentFile::content().size());
+    if (!KeyboardEnvironment::content().endsWith(germanLines))
+        return QStringLiteral("with room again the file has %1 bytes")
+            .arg(KeyboardEnvironment::content().size());
     return {};
 }
 

@@ -1,7 +1,7 @@
 // Setting the clock with the real timedatectl(1) and systemd-timedated: what reaches the device's clock, and
 // that a refusal changes nothing.
 #include "emissionrecorder.h"
-#include "environmentfile.h"
+#include "keyboardenvironment.h"
 #include "messagelog.h"
 #include "patience.h"
 #include "zbsettingsmain.h"
@@ -15,6 +15,7 @@
 #include <QtTest/QtTest>
 
 #include <csignal>
+#include <limits>
 #include <memory>
 
 namespace {
@@ -95,7 +96,7 @@ private:
 
 void TestRealClock::initTestCase()
 {
-    EnvironmentFile::folder();
+    KeyboardEnvironment::folder();
 }
 
 void TestRealClock::init()
@@ -234,13 +235,21 @@ void TestRealClock::dateIsWaitedForHalfASecondWhenNobodyAnswers()
     const uint processId = QDBusConnection::systemBus().interface()->servicePid(service);
     QVERIFY(processId > 1);
     QCOMPARE(::kill(static_cast<pid_t>(processId), SIGSTOP), 0);
-    QElapsedTimer timer;
-    timer.start();
-    m_settings->setDate(QStringLiteral("2024"), QStringLiteral("02"), QStringLiteral("29"));
-    const qint64 elapsed = timer.elapsed();
+    qint64 shortest = std::numeric_limits<qint64>::max();
+    // An attempt that follows is lost to the run of the first, and yet waits for it as long.
+    const auto attempt = [&] {
+        QElapsedTimer timer;
+        timer.start();
+        m_settings->setDate(QStringLiteral("2024"), QStringLiteral("02"), QStringLiteral("29"));
+        const qint64 elapsed = timer.elapsed();
+        shortest = qMin(shortest, elapsed);
+        return elapsed;
+    };
+    const QByteArray complaint = complaintAbout(attempt, oneWait);
     m_settings.reset();
     QCOMPARE(::kill(static_cast<pid_t>(processId), SIGCONT), 0);
-    QVERIFY2(elapsed >= toolTime && elapsed <= longestWait, QByteArray::number(elapsed).constData());
+    QVERIFY2(shortest >= toolTime, QByteArray::number(shortest).constData());
+    QVERIFY2(complaint.isEmpty(), complaint.constData());
 }
 
 QTEST_GUILESS_MAIN(TestRealClock)

@@ -1,6 +1,7 @@
 // The About page, the calibration reset, the ship mode and the keyboard layout with the device's own tools,
 // boot-loader environment and locale library.
-#include "environmentfile.h"
+#include "filebytes.h"
+#include "keyboardenvironment.h"
 #include "messagelog.h"
 #include "systemtool.h"
 #include "utilitydaemon.h"
@@ -29,18 +30,6 @@ QByteArray variable(const char *name)
 {
     return outputOfSystemTool(QStringLiteral("fw_printenv"),
                               {QStringLiteral("-n"), QString::fromLatin1(name)});
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool write(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
 } // namespace
@@ -77,8 +66,8 @@ private:
 
 void TestRealTools::initTestCase()
 {
-    EnvironmentFile::folder();
-    m_image = contentOf(imagePath);
+    KeyboardEnvironment::folder();
+    m_image = FileBytes::read(imagePath);
     QVERIFY(!m_image.isEmpty());
 }
 
@@ -92,7 +81,7 @@ void TestRealTools::cleanup()
 {
     m_settings.reset();
     m_log.reset();
-    write(imagePath, m_image);
+    FileBytes::write(imagePath, m_image);
 }
 
 void TestRealTools::fieldIsWhatTheToolPrints_data()
@@ -193,7 +182,7 @@ void TestRealTools::unreadableEnvironmentIsEmptyText_data()
 void TestRealTools::unreadableEnvironmentIsEmptyText()
 {
     QFETCH(QByteArray, image);
-    QVERIFY(write(imagePath, image));
+    QVERIFY(FileBytes::write(imagePath, image));
     m_log->clear();
     for (const int field : {0, 3, 5, 6})
         QCOMPARE(m_settings->getAboutInfo(field), QString());
@@ -281,12 +270,12 @@ void TestRealTools::layoutOfTheListStandsInTheFile()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, lines);
-    QVERIFY(EnvironmentFile::write(
+    QVERIFY(KeyboardEnvironment::write(
         "XDG_SESSION_TYPE=wayland\nXKB_DEFAULT_LAYOUT=fr\nXKB_DEFAULT_VARIANT=bepo\n"));
     const int index = m_settings->getKeyboardLanguageComboBoxModel().indexOf(name);
     QCOMPARE(index < 0, name.isEmpty());
     m_settings->setKeyboardLanguage(index);
-    QCOMPARE(EnvironmentFile::content(), "XDG_SESSION_TYPE=wayland\n" + lines);
+    QCOMPARE(KeyboardEnvironment::content(), "XDG_SESSION_TYPE=wayland\n" + lines);
 }
 
 QTEST_GUILESS_MAIN(TestRealTools)

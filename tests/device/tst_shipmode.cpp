@@ -14,6 +14,7 @@
 #include <QtDBus/QDBusObjectPath>
 #include <QtDBus/QDBusSignature>
 #include <QtDBus/QDBusUnixFileDescriptor>
+#include <QtDBus/QDBusVariant>
 #include <QtTest/QtTest>
 
 #include <limits>
@@ -139,6 +140,10 @@ void TestShipMode::replyOfAnyBasicTypeIsConverted_data()
     row("uint64, two beyond 32 bits", Q_UINT64_C(0x100000002), "t", false);
     row("double 2", 2.0, "d", true);
     row("double 3", 3.0, "d", false);
+    row("double that rounds up to 2", 1.5, "d", true);
+    row("double that rounds down to 2", 2.4, "d", true);
+    row("double that rounds up to 3", 2.5, "d", false);
+    row("double that rounds down to 1", 1.4, "d", false);
     row("bool true", true, "b", false);
     row("bool false", false, "b", false);
     row("text 2", QStringLiteral("2"), "s", true);
@@ -151,6 +156,7 @@ void TestShipMode::replyOfAnyBasicTypeIsConverted_data()
     row("file descriptor", QVariant::fromValue(QDBusUnixFileDescriptor(0)), "h", false);
     row("list", QStringList{QStringLiteral("2")}, "as", false);
     row("bytes", QByteArray("x"), "ay", false);
+    row("variant that holds 2, no basic type", QVariant::fromValue(QDBusVariant(2)), "v", false);
     row("map", QVariantMap{{QStringLiteral("2"), 2}}, "a{sv}", false);
     QTest::newRow("nothing") << QVariantList() << QString() << false;
     QTest::newRow("two values") << QVariantList{2, 0} << QStringLiteral("ii") << true;
@@ -373,10 +379,17 @@ void TestShipMode::fallbackWithABadToolIsFalseInTime()
         m_tools->setSteps(tool, {RecordingTools::printForever()});
     QVERIFY(m_tools->isReady());
 
-    QElapsedTimer timer;
-    timer.start();
-    QCOMPARE(settings.isMilitaryShipped(), isMilitary);
-    QVERIFY2(timer.elapsed() <= longestWait, QByteArray::number(timer.elapsed()).constData());
+    bool answer = !isMilitary;
+    const auto attempt = [&] {
+        QElapsedTimer timer;
+        timer.start();
+        answer = settings.isMilitaryShipped();
+        return timer.elapsed();
+    };
+    const bool isForEver = fault == QLatin1String("output for ever");
+    const QByteArray complaint = complaintAbout(attempt, isForEver ? oneWaitAndMegabytes : oneWait);
+    QCOMPARE(answer, isMilitary);
+    QVERIFY2(complaint.isEmpty(), complaint.constData());
 }
 
 QTEST_GUILESS_MAIN(TestShipMode)

@@ -70,6 +70,10 @@ void TestShipModeText::onlyTwoIsMilitary_data()
     value("byte 2", QVariant::fromValue<uchar>(2), true);
     value("double 2", 2.0, true);
     value("double 3", 3.0, false);
+    value("double that rounds up to 2", 1.5, true);
+    value("double that rounds down to 2", 2.4, true);
+    value("double that rounds up to 3", 2.5, false);
+    value("double that rounds down to 1", 1.4, false);
     value("double, two beyond 32 bits", 4294967298.0, false);
     value("bool", true, false);
     value("bytes", QByteArray("2"), true);

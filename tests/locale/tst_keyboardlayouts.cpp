@@ -3,6 +3,7 @@
 #include "keyboardlayouts.h"
 #include "xkbfolder.h"
 
+#include <QtCore/QDir>
 #include <QtTest/QtTest>
 
 namespace {
@@ -86,6 +87,63 @@ private slots:
         folder.addSymbols("custom");
         QCOMPARE(namesOf(loadableEntries(entries, {"/no/such/folder", folder.path()})),
                  QStringList({QStringLiteral("de()"), QStringLiteral("custom()")}));
+    }
+
+    void entryOfTwoFoldersIsListedOnceAsTheFirstHasIt()
+    {
+        const XkbFolder makers({{"de", "German of the maker", {{"neo", "Neo of the maker"}}}});
+        const XkbFolder systems({{"de", "German", {{"neo", "Neo"}, {"bone", "Bone"}}}, {"us", "US", {}}});
+        const QVector<KeyboardEntry> entries = readRegistry({makers.path(), systems.path()});
+        QCOMPARE(namesOf(entries),
+                 QStringList({QStringLiteral("de()"), QStringLiteral("de(neo)"), QStringLiteral("de(bone)"),
+                              QStringLiteral("us()")}));
+        QCOMPARE(entries.at(0).description, QByteArray("German of the maker"));
+        QCOMPARE(entries.at(1).description, QByteArray("Neo of the maker"));
+        QCOMPARE(entries.at(2).description, QByteArray("Bone"));
+        QCOMPARE(readRegistry({systems.path(), makers.path()}).at(1).description, QByteArray("Neo"));
+    }
+
+    void registryGivenTwiceListsEverythingOnce()
+    {
+        const QByteArray folder = xkbFolders().last();
+        const QVector<KeyboardEntry> once = readRegistry({folder});
+        QVERIFY(once.size() > 500);
+        QCOMPARE(namesOf(readRegistry({folder, folder})), namesOf(once));
+    }
+
+    void folderThatOnlyAddsAVariantLeavesTheLayoutAsItIs()
+    {
+        const XkbFolder makers({});
+        makers.setRegistry("<?xml version=\"1.0\"?><!DOCTYPE xkbConfigRegistry SYSTEM \"xkb.dtd\">"
+                           "<xkbConfigRegistry version=\"1.1\"><layoutList><layout><configItem>"
+                           "<name>us</name></configItem><variantList><variant><configItem>"
+                           "<name>label</name><description>Label printer</description></configItem>"
+                           "</variant></variantList></layout></layoutList></xkbConfigRegistry>");
+        const QVector<KeyboardEntry> entries = readRegistry({makers.path(), xkbFolders().last()});
+        QCOMPARE(namesOf(entries.mid(0, 2)),
+                 QStringList({QStringLiteral("us()"), QStringLiteral("us(label)")}));
+        QCOMPARE(entries.at(0).description, QByteArray("English (US)"));
+        QCOMPARE(entries.at(0).language, QByteArray("en"));
+        QCOMPARE(entries.at(1).description, QByteArray("Label printer"));
+        QCOMPARE(entries.at(1).language, QByteArray("en"));
+    }
+
+    void onlyAFileIsTakenForSymbols()
+    {
+        const XkbFolder folder({{"us", "English (US)", {}}, {"de", "German", {}}});
+        const QString symbols = QString::fromUtf8(folder.path()) + QStringLiteral("/symbols/");
+        QVERIFY(QDir(symbols).mkpath(QStringLiteral("folder")));
+        QVERIFY(QFile::link(QStringLiteral("us"), symbols + QStringLiteral("link")));
+        QVERIFY(QFile::link(QStringLiteral("folder"), symbols + QStringLiteral("folderlink")));
+        QVERIFY(QFile::link(QStringLiteral("nothing"), symbols + QStringLiteral("dangling")));
+        const QVector<KeyboardEntry> entries{
+            entry("/", "", "Root"),    entry("//", "", "Root"),           entry("folder", "", "Folder"),
+            entry("folder/", "", ""),  entry("folderlink", "", "Folder"), entry("dangling", "", "Nothing"),
+            entry("link", "", "Link"), entry("us", "", "English (US)"),   entry("us/", "", "English (US)"),
+            entry("us", "/", "Slash"),
+        };
+        QCOMPARE(namesOf(loadableEntries(entries, {folder.path()})),
+                 QStringList({QStringLiteral("link()"), QStringLiteral("us()"), QStringLiteral("us(/)")}));
     }
 
     void nameThatWouldBreakAnEnvironmentFileIsLeftOut_data()

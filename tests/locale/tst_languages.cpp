@@ -43,6 +43,10 @@ private slots:
         row("fr-CH", "fr_fr");
         row("es-AR", "es_es");
         row("no-NO", "nb_no");
+        row("nn-NO", "nb_no");
+        row("nn", "nb_no");
+        row("nn-NO nn de-DE", "nb_no");
+        row("de-DE nn-NO", "de_de");
         row("iw-IL", "he_il");
         row("zh", "zh_cn");
         row("zh-CN", "zh_cn");
@@ -63,6 +67,35 @@ private slots:
         QFETCH(QStringList, uiLanguages);
         QFETCH(QString, code);
         QCOMPARE(languageTable().at(languagePosition(uiLanguages)).code, code);
+    }
+
+    void onlyTheFirstLetterIsACapital_data()
+    {
+        QTest::addColumn<QString>("locale");
+        QTest::addColumn<QString>("german");
+        QTest::addColumn<QString>("english");
+        const auto row = [](const char *locale, const char *german, const char *english) {
+            QTest::newRow(locale) << QString::fromLatin1(locale) << QString::fromUtf8(german)
+                                  << QString::fromUtf8(english);
+        };
+        row("bg_BG", "Немски (Германия)", "Английски (Съединени щати)");
+        row("hu_HU", "Német (Németország)", "Angol (Egyesült Államok)");
+        row("nb_NO", "Tysk (Tyskland)", "Engelsk (USA)");
+        row("pl_PL", "Niemiecki (Niemcy)", "Angielski (Stany Zjednoczone)");
+        row("ro_RO", "Germană (Germania)", "Engleză (Statele Unite ale Americii)");
+        row("sl_SI", "Nemščina (Nemčija)", "Angleščina (Združene države Amerike)");
+        row("fr_FR", "Allemand (Allemagne)", "Anglais (États-Unis)");
+        row("tr_TR", "Almanca (Almanya)", "İngilizce (Amerika Birleşik Devletleri)");
+        row("vi_VN", "Tiếng Đức (Đức)", "Tiếng Anh (Hoa Kỳ)");
+        row("he_IL", "גרמנית (גרמניה)", "אנגלית (ארצות הברית)");
+    }
+
+    void onlyTheFirstLetterIsACapital()
+    {
+        QFETCH(QString, locale);
+        const QStringList names = translatedLanguageNames(locale);
+        QTEST(names.value(4), "german");
+        QTEST(names.value(6), "english");
     }
 
     void unknownLocaleStillGivesANameForEveryRow()

@@ -31,6 +31,12 @@ private slots:
         m_made = 0;
     }
 
+    void cleanup()
+    {
+        qputenv("HOME", m_userHome);
+        QVERIFY(QDir::setCurrent(m_workingFolder));
+    }
+
     void cleanupTestCase() { m_home.reset(); }
 
     void wholeFileGivesBackWhatWasKept()
@@ -126,13 +132,40 @@ private slots:
 
     void processWithoutAHomeKeepsNothing()
     {
-        const QByteArray home = qgetenv("HOME");
         qunsetenv("HOME");
         qunsetenv("XDG_CACHE_HOME");
         kept(fingerprint);
         kept(fingerprint);
-        qputenv("HOME", home);
         QCOMPARE(m_made, 2);
+    }
+
+    void relativeCacheFolderIsIgnored_data()
+    {
+        QTest::addColumn<QByteArray>("folder");
+        for (const char *const folder : {"", "cache", "./cache", "../cache", ":/cache", "~/cache"})
+            QTest::newRow(folder) << QByteArray(folder);
+    }
+
+    void relativeCacheFolderIsIgnored()
+    {
+        QFETCH(QByteArray, folder);
+        // A folder down, so that ".." is the test's own as well.
+        QVERIFY(QDir(m_home->path()).mkpath(QStringLiteral("here")));
+        QVERIFY(QDir::setCurrent(m_home->filePath(QStringLiteral("here"))));
+        qputenv("HOME", QFile::encodeName(m_home->filePath(QStringLiteral("home"))));
+        qputenv("XDG_CACHE_HOME", folder);
+        QCOMPARE(kept(fingerprint), somePacked());
+        QCOMPARE(QDir(m_home->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList({QStringLiteral("here"), QStringLiteral("home")}));
+        QVERIFY(QFile::exists(
+            m_home->filePath(QStringLiteral("home/.cache/Corvanta/ZBLocaleLanguages/keyboard-layouts"))));
+        QVERIFY(QDir().isEmpty());
+
+        // A home that is relative is none.
+        qputenv("HOME", "home");
+        QCOMPARE(kept(fingerprint), somePacked());
+        QCOMPARE(m_made, 2);
+        QVERIFY(QDir().isEmpty());
     }
 
     void fingerprintTellsFilesApart()
@@ -184,6 +217,8 @@ private:
         QCOMPARE(file.write(bytes), qint64(bytes.size()));
     }
 
+    const QByteArray m_userHome = qgetenv("HOME");
+    const QString m_workingFolder = QDir::currentPath();
     QScopedPointer<QTemporaryDir> m_home;
     int m_made = 0;
 };

@@ -1,6 +1,7 @@
 // Lays out the folder of the recording tools, and reads what they note.
 #include "recordingtools.h"
 
+#include "filebytes.h"
 #include "recordingtoolfiles.h"
 
 #include <QtCore/QDir>
@@ -18,16 +19,10 @@ namespace {
 
 constexpr int patienceMilliseconds = 10000;
 
-bool write(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(content) == content.size();
-}
-
 qint64 largestProcessId()
 {
-    QFile file(QStringLiteral("/proc/sys/kernel/pid_max"));
-    return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toLongLong() : 32768;
+    const QByteArray text = FileBytes::read(QStringLiteral("/proc/sys/kernel/pid_max"));
+    return text.isNull() ? 32768 : text.trimmed().toLongLong();
 }
 
 /// Process ids are given out in ascending order until they start again from below.
@@ -90,7 +85,7 @@ RecordingTools::RecordingTools()
         m_isReady = m_isReady
             && QFile::link(QStringLiteral(ZB_RECORDING_TOOL), path(toolFolder, QLatin1String(program)));
     }
-    m_isReady = m_isReady && write(path(holdFile), {});
+    m_isReady = m_isReady && FileBytes::write(path(holdFile), {});
     m_hold = ::open(QFile::encodeName(path(holdFile)).constData(), O_RDONLY | O_CLOEXEC);
     m_isReady = m_isReady && m_hold >= 0 && ::flock(m_hold, LOCK_EX) == 0;
     qputenv("PATH", QFile::encodeName(path(toolFolder)));
@@ -116,7 +111,8 @@ QString RecordingTools::path(const char *folder, const QString &name) const
 
 void RecordingTools::setSteps(const QString &program, const Steps &steps)
 {
-    m_isReady = write(path(RecordingToolFiles::stepsFolder, program), steps.join('\n')) && m_isReady;
+    m_isReady =
+        FileBytes::write(path(RecordingToolFiles::stepsFolder, program), steps.join('\n')) && m_isReady;
 }
 
 void RecordingTools::setOutput(const QString &program, const QByteArray &output)
@@ -126,7 +122,7 @@ void RecordingTools::setOutput(const QString &program, const QByteArray &output)
 
 void RecordingTools::setOutput(const QString &program, const QByteArray &output, const Steps &steps)
 {
-    m_isReady = write(path(RecordingToolFiles::outputFolder, program), output) && m_isReady;
+    m_isReady = FileBytes::write(path(RecordingToolFiles::outputFolder, program), output) && m_isReady;
     setSteps(program, steps);
 }
 
@@ -139,7 +135,7 @@ void RecordingTools::breakProgram(const QString &program)
 {
     remove(program);
     const QString file = path(RecordingToolFiles::toolFolder, program);
-    m_isReady = write(file, "no program") && m_isReady
+    m_isReady = FileBytes::write(file, "no program") && m_isReady
         && QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
@@ -149,10 +145,10 @@ QVector<RecordingTools::Run> RecordingTools::runs() const
     const QDir records(path(RecordingToolFiles::recordFolder));
     const QStringList names = records.entryList(QDir::Files);
     for (const QString &name : names) {
-        QFile file(records.filePath(name));
-        if (!file.open(QIODevice::ReadOnly))
+        const QByteArray record = FileBytes::read(records.filePath(name));
+        if (record.isNull())
             continue;
-        QList<QByteArray> fields = file.readAll().split('\0');
+        QList<QByteArray> fields = record.split('\0');
         fields.removeLast();
         Run run{QString::fromLocal8Bit(fields.takeFirst()),
                 {},

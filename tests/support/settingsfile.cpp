@@ -1,6 +1,8 @@
 // Plain file operations on the settings file.
 #include "settingsfile.h"
 
+#include "filebytes.h"
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
@@ -38,8 +40,7 @@ bool SettingsFile::exists()
 
 QByteArray SettingsFile::content()
 {
-    QFile file(path());
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return FileBytes::read(path());
 }
 
 bool SettingsFile::write(const QByteArray &content)

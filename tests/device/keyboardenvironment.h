@@ -4,7 +4,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 
-namespace EnvironmentFile {
+namespace KeyboardEnvironment {
 
 /// The folder; ends the program outside of a whole virtual device, whose /etc is its own.
 QString folder();
@@ -16,4 +16,4 @@ bool write(const QByteArray &content);
 /// Takes away whatever lies in the folder.
 bool clear();
 
-} // namespace EnvironmentFile
+} // namespace KeyboardEnvironment

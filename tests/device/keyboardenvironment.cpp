@@ -1,11 +1,13 @@
 // Plain file operations on the compositor's environment file.
-#include "environmentfile.h"
+#include "keyboardenvironment.h"
+
+#include "filebytes.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 
-QString EnvironmentFile::folder()
+QString KeyboardEnvironment::folder()
 {
     // Never the file of the machine that the test runs on.
     if (!qEnvironmentVariableIsSet("ZBVIRTUALDEVICE_CLOCK_LOG"))
@@ -14,25 +16,22 @@ QString EnvironmentFile::folder()
     return QStringLiteral("/etc/corvanta");
 }
 
-QString EnvironmentFile::path()
+QString KeyboardEnvironment::path()
 {
     return folder() + QStringLiteral("/wayland.env");
 }
 
-QByteArray EnvironmentFile::content()
+QByteArray KeyboardEnvironment::content()
 {
-    QFile file(path());
-    return file.open(QIODevice::ReadOnly) ? QByteArray("").append(file.readAll()) : QByteArray();
+    return FileBytes::read(path());
 }
 
-bool EnvironmentFile::write(const QByteArray &content)
+bool KeyboardEnvironment::write(const QByteArray &content)
 {
-    QFile file(path());
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(content) == content.size()
-        && file.flush();
+    return FileBytes::write(path(), content);
 }
 
-bool EnvironmentFile::clear()
+bool KeyboardEnvironment::clear()
 {
     bool isClear = true;
     const QFileInfoList entries =
