@@ -19,6 +19,7 @@ class TestKeyboard : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void chosenLayoutIsWhatAClientReceives_data();
     void chosenLayoutIsWhatAClientReceives();
     void layoutOutsideTheListLeavesAKeyboardThatTypesNothing();
@@ -29,6 +30,14 @@ private:
 
     ZBSettingsMain m_settings{nullptr, false};
 };
+
+void TestKeyboard::initTestCase()
+{
+    for (const char *program : {"sway", "Xvfb", "xdotool"}) {
+        if (QStandardPaths::findExecutable(QLatin1String(program)).isEmpty())
+            QSKIP(qPrintable(QStringLiteral("%1 is not installed").arg(QLatin1String(program))));
+    }
+}
 
 QByteArray TestKeyboard::fileContent() const
 {
@@ -77,7 +86,8 @@ void TestKeyboard::chosenLayoutIsWhatAClientReceives()
     KeyboardTrial trial(QStringLiteral(ZB_TEXT_FIELD));
     const QString complaint = trial.start(fileContent());
     QVERIFY2(complaint.isEmpty(), qPrintable(complaint));
-    QCOMPARE(trial.type(keys).join(QString()), received);
+    QCOMPARE(trial.type(keys), QString());
+    QCOMPARE(trial.typed().join(QString()), received);
 }
 
 // Not a keyboard with the compositor's default: two empty values are a layout without any key.
@@ -87,7 +97,8 @@ void TestKeyboard::layoutOutsideTheListLeavesAKeyboardThatTypesNothing()
     KeyboardTrial trial(QStringLiteral(ZB_TEXT_FIELD));
     const QString complaint = trial.start(fileContent());
     QVERIFY2(complaint.isEmpty(), qPrintable(complaint));
-    QCOMPARE(trial.type(keys), (QStringList{QString(), QString(), QString()}));
+    QCOMPARE(trial.type(keys), QString());
+    QCOMPARE(trial.typed(), (QStringList{QString(), QString(), QString()}));
 }
 
 QTEST_GUILESS_MAIN(TestKeyboard)

@@ -29,9 +29,10 @@ bool writeFile(const QString &path, const QByteArray &content)
 
 } // namespace
 
-// Not in the folder for temporary files, which only its owner may enter.
+// Nobody could not enter root's folder for temporary files in a virtual device.
 Compositor::Compositor()
-    : m_runtime(QStringLiteral("/tmp/zbcompositor-XXXXXX"))
+    : m_runtime((geteuid() == 0 ? QStringLiteral("/tmp") : QDir::tempPath())
+                + QStringLiteral("/zbcompositor-XXXXXX"))
 {
 }
 
@@ -46,6 +47,8 @@ QString Compositor::start(const QProcessEnvironment &environment, const QByteArr
     if (!m_runtime.isValid() || !writeFile(configurationFile, configuration))
         return QStringLiteral("cannot write in /tmp");
 
+    m_clientEnvironment = environment;
+    m_clientEnvironment.remove(QStringLiteral("DISPLAY"));
     m_environment = withVariables(environment, environmentFile);
     m_environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_runtime.path());
     m_environment.insert(QStringLiteral("WLR_RENDERER"), QStringLiteral("pixman"));
@@ -55,11 +58,12 @@ QString Compositor::start(const QProcessEnvironment &environment, const QByteArr
 
     QStringList command{QStringLiteral("sway"), QStringLiteral("-c"), configurationFile};
     if (geteuid() == 0) {
-        const QByteArray folder = QFile::encodeName(m_runtime.path());
-        if (chown(folder.constData(), nobody, nobody) != 0)
-            return QStringLiteral("cannot give %1 to the user nobody").arg(m_runtime.path());
-        QFile::setPermissions(configurationFile,
-                              QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+        if (inWayland)
+            return QStringLiteral(
+                "as root there is no window in a Wayland display; be an ordinary user, or use --type");
+        const QString complaint = handFolderToNobody();
+        if (!complaint.isEmpty())
+            return complaint;
         const QString user = QString::number(nobody);
         command = QStringList{QStringLiteral("setpriv"),
                               QStringLiteral("--reuid"),
@@ -86,6 +90,21 @@ QString Compositor::start(const QProcessEnvironment &environment, const QByteArr
     return {};
 }
 
+// With the key of the X display, which nobody could not read where it lies.
+QString Compositor::handFolderToNobody()
+{
+    const QString key = m_environment.value(QStringLiteral("XAUTHORITY"));
+    const QString copiedKey = m_runtime.filePath(QStringLiteral("xauthority"));
+    if (!key.isEmpty() && QFile::copy(key, copiedKey))
+        m_environment.insert(QStringLiteral("XAUTHORITY"), copiedKey);
+    for (const QString &path :
+         {m_runtime.path(), m_runtime.filePath(QStringLiteral("configuration")), copiedKey}) {
+        if (QFile::exists(path) && chown(QFile::encodeName(path).constData(), nobody, nobody) != 0)
+            return QStringLiteral("cannot give %1 to the user nobody").arg(path);
+    }
+    return {};
+}
+
 QString Compositor::socket() const
 {
     const QStringList sockets =
@@ -99,8 +118,7 @@ QString Compositor::socket() const
 
 QProcessEnvironment Compositor::clientEnvironment() const
 {
-    QProcessEnvironment result = m_environment;
-    result.remove(QStringLiteral("DISPLAY"));
+    QProcessEnvironment result = m_clientEnvironment;
     result.insert(QStringLiteral("WAYLAND_DISPLAY"), socket());
     result.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("wayland"));
     return result;

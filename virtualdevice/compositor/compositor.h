@@ -23,9 +23,11 @@ public:
     QProcessEnvironment clientEnvironment() const;
 
 private:
+    QString handFolderToNobody();
     QString socket() const;
 
     QTemporaryDir m_runtime;
     QProcessEnvironment m_environment;
+    QProcessEnvironment m_clientEnvironment;
     QProcess m_process;
 };

@@ -1,11 +1,15 @@
-// Starts screen, compositor and client, types, and reads what the client says.
+// Starts screen, compositor and client, types, and reads what the client reports.
 #include "keyboardtrial.h"
 
+#include "endrequest.h"
 #include "processend.h"
+
+#include <QtCore/QElapsedTimer>
 
 namespace {
 
 constexpr int patience = 10000;
+constexpr int slice = 100;
 
 } // namespace
 
@@ -27,54 +31,73 @@ QString KeyboardTrial::start(const QByteArray &environmentFile)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("DISPLAY"), m_screen.display());
     environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    environment.remove(QStringLiteral("XAUTHORITY"));
     complaint = m_compositor.start(environment, environmentFile);
     if (!complaint.isEmpty())
         return complaint;
 
     m_client.setProcessEnvironment(m_compositor.clientEnvironment());
-    m_client.start(m_clientProgram, QStringList());
-    QString line;
-    while (readLine(&line)) {
-        if (line == QLatin1String("focus"))
-            return {};
+    m_client.start(m_clientProgram, {QStringLiteral("--report")});
+    while (!m_hasFocus) {
+        if (!readLine())
+            return QStringLiteral("the text field got no focus: ")
+                + QString::fromLocal8Bit(m_client.readAllStandardError()).trimmed();
     }
-    return QStringLiteral("the client got no focus: ")
-        + QString::fromLocal8Bit(m_client.readAllStandardError()).trimmed();
+    return {};
 }
 
-QStringList KeyboardTrial::type(const QStringList &keyCodes)
+QString KeyboardTrial::type(const QStringList &keyCodes)
 {
     const QString complaint = m_screen.type(keyCodes);
     if (!complaint.isEmpty())
-        return {complaint};
-    const QString mark = QStringLiteral("text ");
-    QStringList texts;
-    for (QString line; texts.size() < keyCodes.size() && readLine(&line);) {
-        if (line.startsWith(mark))
-            texts << line.mid(mark.size());
+        return complaint;
+    const int expected = m_typed.size() + keyCodes.size();
+    while (m_typed.size() < expected) {
+        if (!readLine())
+            return QStringLiteral("the text field has received %1 of %2 keys")
+                .arg(m_typed.size())
+                .arg(expected);
     }
-    return texts;
+    return {};
 }
 
-bool KeyboardTrial::readLine(QString *line)
+QString KeyboardTrial::writePicture(const QString &fileName)
 {
-    while (!m_client.canReadLine()) {
-        if (!m_client.waitForReadyRead(patience))
-            return false;
+    while (m_shown != m_typed.join(QString())) {
+        if (!readLine())
+            return QStringLiteral("the text field does not show what was typed");
     }
-    *line = QString::fromUtf8(m_client.readLine());
-    line->chop(1);
-    return true;
-}
-
-QString KeyboardTrial::writePicture(const QString &fileName) const
-{
     QProcess tool;
     tool.setProcessEnvironment(m_compositor.clientEnvironment());
     tool.start(QStringLiteral("grim"), {fileName});
     if (!tool.waitForStarted())
         return QStringLiteral("cannot run grim; on Debian it is in the package grim");
-    if (!tool.waitForFinished() || tool.exitCode() != 0)
-        return QStringLiteral("grim: ") + QString::fromLocal8Bit(tool.readAllStandardError()).trimmed();
-    return {};
+    const bool hasEnded = waitForEnd(tool);
+    if (hasEnded && tool.exitStatus() == QProcess::NormalExit && tool.exitCode() == 0)
+        return {};
+    endProcess(tool);
+    return QStringLiteral("grim failed: ") + QString::fromLocal8Bit(tool.readAllStandardError()).trimmed();
+}
+
+// Takes in one line of the client's report; false when none comes.
+bool KeyboardTrial::readLine()
+{
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (!m_client.canReadLine()) {
+        if (EndRequest::hasCome() || elapsed.hasExpired(patience) || m_client.state() == QProcess::NotRunning)
+            return false;
+        m_client.waitForReadyRead(slice);
+    }
+    QString line = QString::fromUtf8(m_client.readLine());
+    line.chop(1);
+    const QString kind = line.section(QLatin1Char(' '), 0, 0);
+    const QString text = line.mid(kind.size() + 1);
+    if (kind == QLatin1String("focus"))
+        m_hasFocus = true;
+    if (kind == QLatin1String("text"))
+        m_typed << text;
+    if (kind == QLatin1String("shown"))
+        m_shown = text;
+    return true;
 }

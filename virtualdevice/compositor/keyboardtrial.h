@@ -18,17 +18,22 @@ public:
 
     /// Starts all three with the content of the environment file. Returns what went wrong, or nothing.
     QString start(const QByteArray &environmentFile);
-    /// Presses the keys and waits until the client has received a text for each. Returns what it has
-    /// received, one text a key.
-    QStringList type(const QStringList &keyCodes);
-    /// Writes a picture of the screen with grim(1). Returns what went wrong, or nothing.
-    QString writePicture(const QString &fileName) const;
+    /// Presses the keys and waits until the client has received them. Returns what went wrong, or nothing.
+    QString type(const QStringList &keyCodes);
+    /// What the client has received, one text a key, empty for a key that gives no text.
+    QStringList typed() const { return m_typed; }
+    /// Waits until the client shows what was typed, and writes a picture of the screen with grim(1). Returns
+    /// what went wrong, or nothing.
+    QString writePicture(const QString &fileName);
 
 private:
-    bool readLine(QString *line);
+    bool readLine();
 
     const QString m_clientProgram;
     XServer m_screen;
     Compositor m_compositor;
     QProcess m_client;
+    bool m_hasFocus = false;
+    QStringList m_typed;
+    QString m_shown;
 };

@@ -1,14 +1,18 @@
 // zbcompositor: starts the compositor from the device's environment file, for a person or for a trial of the
 // keyboard.
+#include "endrequest.h"
 #include "environmentfile.h"
 #include "keyboardtrial.h"
+#include "processend.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
+#include <QtCore/QEventLoop>
 #include <QtCore/QFile>
 #include <QtCore/QTextStream>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace {
@@ -24,19 +28,35 @@ QString textField()
     return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("zbtextfield"));
 }
 
-int runTrial(const QByteArray &environmentFile, const QStringList &keyCodes, const QString &picture)
+bool areKeyCodes(const QStringList &texts)
 {
-    KeyboardTrial trial(textField());
-    QString complaint = trial.start(environmentFile);
-    if (!complaint.isEmpty())
-        return fail(complaint);
-    QTextStream(stdout) << trial.type(keyCodes).join(QString()) << '\n';
-    if (!picture.isEmpty())
-        complaint = trial.writePicture(picture);
-    return complaint.isEmpty() ? 0 : fail(complaint);
+    // What an X server has for keys.
+    constexpr int lowest = 8;
+    constexpr int highest = 255;
+    return !texts.isEmpty() && std::all_of(texts.begin(), texts.end(), [](const QString &text) {
+        bool isNumber = false;
+        const int code = text.toInt(&isNumber);
+        return isNumber && code >= lowest && code <= highest;
+    });
 }
 
-int runForPerson(const QByteArray &environmentFile, QStringList command)
+int runTrial(const QByteArray &environmentFile, const QStringList &keyCodes, const QString &picture)
+{
+    if (!areKeyCodes(keyCodes))
+        return fail(QStringLiteral("--type takes key codes from 8 to 255 with commas between them"));
+    KeyboardTrial trial(textField());
+    QString complaint = trial.start(environmentFile);
+    if (complaint.isEmpty())
+        complaint = trial.type(keyCodes);
+    if (complaint.isEmpty() && !picture.isEmpty())
+        complaint = trial.writePicture(picture);
+    if (!complaint.isEmpty())
+        return fail(complaint);
+    QTextStream(stdout) << trial.typed().join(QString()) << '\n';
+    return 0;
+}
+
+int runForPerson(const QByteArray &environmentFile, QStringList command, const EndRequest &endRequest)
 {
     const QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     if (!environment.contains(QStringLiteral("DISPLAY"))
@@ -46,12 +66,20 @@ int runForPerson(const QByteArray &environmentFile, QStringList command)
     const QString complaint = compositor.start(environment, environmentFile);
     if (!complaint.isEmpty())
         return fail(complaint);
+
     QProcess client;
     client.setProcessChannelMode(QProcess::ForwardedChannels);
     client.setProcessEnvironment(compositor.clientEnvironment());
+    QEventLoop untilEnd;
+    QObject::connect(&client, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), &untilEnd,
+                     &QEventLoop::quit);
+    QObject::connect(&client, &QProcess::errorOccurred, &untilEnd, &QEventLoop::quit);
+    QObject::connect(&endRequest, &EndRequest::came, &untilEnd, &QEventLoop::quit);
     client.start(command.takeFirst(), command);
-    if (!client.waitForFinished(-1))
+    untilEnd.exec();
+    if (client.error() == QProcess::FailedToStart)
         return fail(client.errorString());
+    endProcess(client);
     return client.exitStatus() == QProcess::NormalExit ? client.exitCode() : 1;
 }
 
@@ -86,9 +114,10 @@ int main(int argumentCount, char **arguments)
     if (!file.open(QIODevice::ReadOnly))
         return fail(QStringLiteral("cannot read %1: %2").arg(file.fileName(), file.errorString()));
     const QByteArray content = file.readAll();
+    const EndRequest endRequest;
     if (parser.isSet(type))
         return runTrial(content, parser.value(type).split(QLatin1Char(','), Qt::SkipEmptyParts),
                         parser.value(picture));
     const QStringList command = parser.positionalArguments();
-    return runForPerson(content, command.isEmpty() ? QStringList{textField()} : command);
+    return runForPerson(content, command.isEmpty() ? QStringList{textField()} : command, endRequest);
 }

@@ -1,4 +1,6 @@
-// zbtextfield: a Wayland client with one text field, which prints what each key gives it as a line.
+// zbtextfield [--report]: a Wayland client with one text field. With --report it prints a line for what
+// happens to it: "focus", "text T" for a key that gives the text T, and "shown T" when the whole text T is on
+// the screen.
 #include <QtGui/QGuiApplication>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
@@ -8,20 +10,20 @@
 
 namespace {
 
-void say(const QString &line)
-{
-    std::printf("%s\n", line.toUtf8().constData());
-    std::fflush(stdout);
-}
-
 class TextField : public QRasterWindow
 {
+public:
+    explicit TextField(bool reports)
+        : m_reports(reports)
+    {
+    }
+
 protected:
-    void focusInEvent(QFocusEvent *) override { say(QStringLiteral("focus")); }
+    void focusInEvent(QFocusEvent *) override { report(QStringLiteral("focus")); }
 
     void keyPressEvent(QKeyEvent *event) override
     {
-        say(QStringLiteral("text ") + event->text());
+        report(QStringLiteral("text ") + event->text());
         m_text += event->text();
         update();
     }
@@ -40,10 +42,27 @@ protected:
         painter.setFont(font);
         painter.setPen(QColor(0x1c, 0x1f, 0x24));
         painter.drawText(field.adjusted(20, 0, -20, 0), Qt::AlignVCenter | Qt::AlignLeft, m_text);
+
+        // The compositor asks for another frame only once it has shown the one before.
+        if (m_text == m_paintedText)
+            report(QStringLiteral("shown ") + m_text);
+        else
+            update();
+        m_paintedText = m_text;
     }
 
 private:
+    void report(const QString &line) const
+    {
+        if (!m_reports)
+            return;
+        std::printf("%s\n", line.toUtf8().constData());
+        std::fflush(stdout);
+    }
+
+    const bool m_reports;
     QString m_text;
+    QString m_paintedText;
 };
 
 } // namespace
@@ -51,7 +70,7 @@ private:
 int main(int argumentCount, char **arguments)
 {
     const QGuiApplication application(argumentCount, arguments);
-    TextField field;
+    TextField field(QCoreApplication::arguments().contains(QStringLiteral("--report")));
     field.resize(800, 480);
     field.setTitle(QStringLiteral("Keyboard"));
     field.show();

@@ -46,7 +46,9 @@ QString XServer::type(const QStringList &keyCodes) const
     tool.start(QStringLiteral("xdotool"), QStringList{QStringLiteral("key")} + keyCodes);
     if (!tool.waitForStarted())
         return QStringLiteral("cannot run xdotool; on Debian it is in the package xdotool");
-    if (!tool.waitForFinished() || tool.exitStatus() != QProcess::NormalExit || tool.exitCode() != 0)
-        return QStringLiteral("xdotool: ") + QString::fromLocal8Bit(tool.readAllStandardError()).trimmed();
-    return {};
+    const bool hasEnded = waitForEnd(tool);
+    if (hasEnded && tool.exitStatus() == QProcess::NormalExit && tool.exitCode() == 0)
+        return {};
+    endProcess(tool);
+    return QStringLiteral("xdotool failed: ") + QString::fromLocal8Bit(tool.readAllStandardError()).trimmed();
 }
