@@ -2,6 +2,7 @@
 // that the device writes it with.
 #include "bootenvironment.h"
 
+#include "devicefiles.h"
 #include "failure.h"
 #include "files.h"
 #include "setuptool.h"
@@ -9,8 +10,7 @@
 
 namespace {
 
-constexpr std::size_t imageSize = 0x4000;
-const std::string folderInVarLib = "/corvanta";
+const std::string imageSize = "0x4000";
 const std::string imageName = "/boot-environment.bin";
 
 } // namespace
@@ -18,9 +18,11 @@ const std::string imageName = "/boot-environment.bin";
 void placeBootEnvironment(const Overlay &etc, const Overlay &varLib)
 {
     writePublicFile(etc.changes() + "/fw_env.config",
-                    "# Image, offset, size\n/var/lib" + folderInVarLib + imageName + " 0x0 0x4000\n");
-    makePublicFolders(varLib.changes() + folderInVarLib);
-    writePublicFile(varLib.changes() + folderInVarLib + imageName, std::string(imageSize, '\0'));
+                    "# Image, offset, size\n/var/lib" + productFolder + imageName + " 0x0 " + imageSize
+                        + "\n");
+    makePublicFolders(varLib.changes() + productFolder);
+    writePublicFile(varLib.changes() + productFolder + imageName,
+                    std::string(std::stoul(imageSize, nullptr, 0), '\0'));
 }
 
 void fillBootEnvironment(const ChildProgram &surroundings, const DeviceDirectory &directory)
@@ -29,6 +31,6 @@ void fillBootEnvironment(const ChildProgram &surroundings, const DeviceDirectory
     writeFile(values, bootEnvironmentText);
     // The tool writes the values of the file only together with one that it sets itself.
     const SetUpTool tool = {"fw_setenv", {"-f", values, "zbShip", "0"}, "libubootenv-tool"};
-    if (!runSetUpTool(tool, surroundings, directory))
-        throw Failure("fw_setenv cannot write the boot environment (" + lastWordOfSetUp(directory) + ")");
+    if (const auto reason = runSetUpTool(tool, surroundings, directory))
+        throw Failure("fw_setenv cannot write the boot environment (" + *reason + ")");
 }

@@ -47,7 +47,7 @@ void giveUpTheClock()
     for (__u32 *const set : {&word.effective, &word.permitted, &word.inheritable})
         *set &= ~CAP_TO_MASK(CAP_SYS_TIME);
     if (prctl(PR_CAPBSET_DROP, CAP_SYS_TIME, 0, 0, 0) != 0 || !setSets(sets))
-        throw systemFailure("cannot give up the right to set the machine's clock");
+        throw forbiddenByMachine("to give up the right to set the machine's clock");
 }
 
 InheritedCapabilities::InheritedCapabilities()

@@ -2,7 +2,7 @@
 #pragma once
 
 /// Takes the right to set the machine's clock from this process and from all that it starts later. Throws
-/// Failure if it cannot be taken.
+/// Failure, with forbiddenStatus, if it cannot be taken.
 void giveUpTheClock();
 
 /// While it lives, programs that this process starts have its capabilities even though they do not run as

@@ -53,6 +53,16 @@ Pipe makePipe()
     return result;
 }
 
+void enterWorkingFolder(const std::string &folder)
+{
+    if (folder.empty() || chdir(folder.c_str()) == 0)
+        return;
+    const Failure failure = systemFailure("cannot enter '" + folder + "' in the device, going to '/'");
+    if (chdir("/") != 0)
+        _exit(ownFailureStatus);
+    complain(failure.what());
+}
+
 // SETUP runs in the child and returns false, with errno set, if the program must not be run. If it cannot be
 // run, errno goes into EXECERROR.
 template <typename Setup>
@@ -66,6 +76,7 @@ pid_t forkChild(const ChildProgram &program, const FileDescriptor &execError, Se
         return child;
     dieWithParent(parent);
     if (setUp()) {
+        enterWorkingFolder(program.workingFolder);
         sigprocmask(SIG_SETMASK, &program.signalMask, nullptr);
         execvpe(arguments.front(), arguments.data(), environment.data());
     }

@@ -16,6 +16,9 @@ struct ChildProgram
     Environment environment;
     /// Signals that the child blocks.
     sigset_t signalMask = {};
+    /// Where the program begins, looked up when it is run; empty means in the folder of this process. If
+    /// there is no such folder it begins in "/".
+    std::string workingFolder;
 };
 
 /// A child that waits for the word to become a program. It belongs to the session and process group, and with

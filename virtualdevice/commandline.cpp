@@ -19,6 +19,13 @@ std::string nonEmptyPath(const std::string &path)
     return path;
 }
 
+// What the device with a bus only leaves to the machine is not its own to change.
+void refuseWithBusOnly(bool given, const std::string &option)
+{
+    if (given)
+        throw Failure(option + " needs a whole device and cannot go with --bus-only" + tryHelp);
+}
+
 } // namespace
 
 CommandLine parseCommandLine(const std::vector<std::string> &arguments)
@@ -51,6 +58,8 @@ CommandLine parseCommandLine(const std::vector<std::string> &arguments)
             throw Failure("there is no option '" + *argument + "'" + tryHelp);
     }
     result.command.assign(argument, arguments.end());
+    refuseWithBusOnly(result.busOnly && result.deviceClock, "--device-clock");
+    refuseWithBusOnly(result.busOnly && result.withDataPartition, "--with-data-partition");
     return result;
 }
 

@@ -1,6 +1,7 @@
 // An image in a file, mounted through a loop device, which the kernel frees when the device's mounts go.
 #include "datapartition.h"
 
+#include "devicefiles.h"
 #include "files.h"
 #include "setuptool.h"
 
@@ -10,7 +11,10 @@
 
 namespace {
 
-const std::string folderInVarLib = "/corvanta/data";
+std::string folderInVarLib()
+{
+    return productFolder + "/data";
+}
 
 } // namespace
 
@@ -22,14 +26,17 @@ bool isDataPartitionMissing()
 
 void placeDataPartition(const Overlay &varLib)
 {
-    makePublicFolders(varLib.changes() + folderInVarLib);
+    makePublicFolders(varLib.changes() + folderInVarLib());
 }
 
-bool mountDataPartition(const ChildProgram &surroundings, const DeviceDirectory &directory)
+std::optional<std::string> mountDataPartition(const ChildProgram &surroundings,
+                                              const DeviceDirectory &directory)
 {
     const std::string image = directory.layers() + "/data.img";
-    return runSetUpTool({"mkfs.ext4", {"-q", "-F", "-L", "data", image, "64M"}, "e2fsprogs"}, surroundings,
-                        directory)
-        && runSetUpTool({"mount", {"-t", "ext4", "-o", "loop", image, "/var/lib" + folderInVarLib}, "mount"},
-                        surroundings, directory);
+    if (auto reason = runSetUpTool({"mkfs.ext4", {"-q", "-F", "-L", "data", image, "64M"}, "e2fsprogs"},
+                                   surroundings, directory))
+        return reason;
+    return runSetUpTool(
+        {"mount", {"-t", "ext4", "-o", "loop", image, "/var/lib" + folderInVarLib()}, "mount"}, surroundings,
+        directory);
 }

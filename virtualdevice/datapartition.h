@@ -5,6 +5,9 @@
 #include "devicedirectory.h"
 #include "overlay.h"
 
+#include <optional>
+#include <string>
+
 /// Whether the device can have one, and is given one without being asked: it runs as root, and the machine's
 /// root is not ext4.
 bool isDataPartitionMissing();
@@ -12,6 +15,7 @@ bool isDataPartitionMissing();
 /// Where it will lie. To be called before VARLIB is shown.
 void placeDataPartition(const Overlay &varLib);
 
-/// Makes a small one and mounts it on /var/lib/corvanta/data. Returns whether that worked. Throws Failure if
-/// a tool for it is missing.
-bool mountDataPartition(const ChildProgram &surroundings, const DeviceDirectory &directory);
+/// Makes a small one and mounts it on /var/lib/corvanta/data. Returns nothing, or why that did not work.
+/// Throws Failure if a tool for it is missing.
+std::optional<std::string> mountDataPartition(const ChildProgram &surroundings,
+                                              const DeviceDirectory &directory);

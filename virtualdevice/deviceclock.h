@@ -17,3 +17,6 @@ EnvironmentChanges clockFiles(const DeviceDirectory &directory);
 /// The variable by which a program, started with an environment like BEFORE, sees the device's clock in the
 /// place of the machine's.
 EnvironmentChanges deviceClockInSight(const Environment &before);
+
+/// The same as words of a shell command before which one puts the program, once it is in the device.
+std::string deviceClockInSightAsShellText();

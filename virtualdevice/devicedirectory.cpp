@@ -34,18 +34,6 @@ std::string withoutTrailingSlashes(std::string path)
     return path;
 }
 
-// A whole device sees folders of its own in these places.
-bool isHiddenInDevices(const std::string &path)
-{
-    std::error_code error;
-    const std::string place = std::filesystem::weakly_canonical(path, error).string() + "/";
-    for (const std::string hidden : {"/run/", "/etc/", "/var/lib/", "/usr/share/", "/sys/"}) {
-        if (place.compare(0, hidden.size(), hidden) == 0)
-            return true;
-    }
-    return false;
-}
-
 std::string makeDevicePath()
 {
     const char *const variable = std::getenv("TMPDIR");
@@ -100,6 +88,18 @@ void removeAbandonedDevices(const std::filesystem::path &parent)
 }
 
 } // namespace
+
+bool isHiddenInDevices(const std::string &path)
+{
+    std::error_code error;
+    const std::filesystem::path canonical = std::filesystem::weakly_canonical(path, error);
+    const std::string place = (error ? path : canonical.string()) + "/";
+    for (const std::string hidden : {"/run/", "/etc/", "/var/lib/", "/usr/share/", "/sys/"}) {
+        if (place.compare(0, hidden.size(), hidden) == 0)
+            return true;
+    }
+    return false;
+}
 
 DeviceDirectory DeviceDirectory::create()
 {

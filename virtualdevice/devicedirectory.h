@@ -5,6 +5,9 @@
 
 #include <string>
 
+/// Whether a whole device sees a folder of its own at PATH, and not the machine's.
+bool isHiddenInDevices(const std::string &path);
+
 class DeviceDirectory
 {
 public:

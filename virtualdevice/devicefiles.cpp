@@ -4,9 +4,11 @@
 #include "files.h"
 #include "textfiles.h"
 
+const std::string productFolder = "/corvanta";
+
 void placeEtcFiles(const Overlay &etc)
 {
-    const std::string folder = etc.changes() + "/corvanta";
+    const std::string folder = etc.changes() + productFolder;
     makePublicFolders(folder);
     writePublicFile(folder + "/wayland.env", waylandEnvironmentText);
 }

@@ -3,6 +3,9 @@
 
 #include "overlay.h"
 
+/// The product's folder in /etc and in /var/lib, with a slash before it.
+extern const std::string productFolder;
+
 /// The compositor's environment.
 void placeEtcFiles(const Overlay &etc);
 

@@ -75,5 +75,9 @@ EnvironmentChanges environmentOutside(const CommandLine &commandLine, const Devi
 {
     CommandLine asSeenFromThere = commandLine;
     asSeenFromThere.busOnly = true;
-    return deviceEnvironment(asSeenFromThere, directory, callers);
+    EnvironmentChanges changes = deviceEnvironment(asSeenFromThere, directory, callers);
+    // Not a program beside the device, but one that is brought into it from there looks for them.
+    if (!commandLine.busOnly)
+        changes.add(clockFiles(directory));
+    return changes;
 }

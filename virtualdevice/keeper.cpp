@@ -17,6 +17,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <poll.h>
@@ -53,6 +54,15 @@ std::string describeEnd(int waitStatus)
         return "was ended by signal " + std::to_string(WTERMSIG(waitStatus)) + " ("
             + strsignal(WTERMSIG(waitStatus)) + ")";
     return "ended with exit status " + std::to_string(WEXITSTATUS(waitStatus));
+}
+
+// Of a folder that the device hides, the path only: an open one would stay the machine's. Of any other, which
+// need not even be reachable by its path, nothing.
+std::string workingFolderToEnter()
+{
+    std::error_code error;
+    const std::string folder = std::filesystem::current_path(error);
+    return isHiddenInDevices(folder) ? folder : std::string();
 }
 
 bool isCrash(int waitStatus)
@@ -241,6 +251,8 @@ void Keeper::holdCommand()
         return;
     ChildProgram program = m_surroundings;
     program.arguments = m_commandLine.command;
+    if (!m_commandLine.busOnly)
+        program.workingFolder = workingFolderToEnter();
     // Not in that of the parts, which may have a sanitizer that wants to be first.
     if (m_commandLine.deviceClock && !m_commandLine.busOnly)
         deviceClockInSight(program.environment).applyTo(&program.environment);
@@ -278,7 +290,9 @@ void Keeper::announce() const
             "# They do not bring it into /etc, /run, /var/lib and the network of the device; this does, for "
             "one program:\n"
             "in_device() { "
-            + commandToEnter(getpid()) + " -- \"$@\"; }\n";
+            + commandToEnter(getpid()) + " -- "
+            + (m_commandLine.deviceClock ? deviceClockInSightAsShellText() + " " : std::string())
+            + "\"$@\"; }\n";
     if (!m_commandLine.withoutDaemon)
         text += "# The daemon's control interface, for example to take the internet away:\n"
                 "#   dbus-send --system --print-reply --dest=com.corvanta.zbutility / "

@@ -23,6 +23,11 @@ std::string serviceManagerPath()
     return ownFolder() / "zbservicemanager";
 }
 
+std::string serviceStartPath()
+{
+    return ownFolder() / "zbservicestart";
+}
+
 std::string clockLibraryPath()
 {
     const std::string name = "libzbdeviceclock.so";

@@ -9,5 +9,8 @@ std::string utilityDaemonBesideThis();
 /// The device's service manager beside this program.
 std::string serviceManagerPath();
 
+/// What starts a service so that it ends with the device, beside this program.
+std::string serviceStartPath();
+
 /// The device's clock, in the folder of libraries that goes with the folder of this program.
 std::string clockLibraryPath();

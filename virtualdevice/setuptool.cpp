@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <sys/wait.h>
@@ -26,9 +27,29 @@ std::string findProgram(const std::string &name)
     return {};
 }
 
+// After BEGINNING, where the tools before have ended.
+std::string firstLineAfter(std::uintmax_t beginning, const std::string &path)
+{
+    std::ifstream file(path);
+    file.seekg(static_cast<std::streamoff>(beginning));
+    for (std::string line; std::getline(file, line);) {
+        if (!line.empty())
+            return line;
+    }
+    return "it wrote nothing";
+}
+
+std::uintmax_t sizeOf(const std::string &path)
+{
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(path, error);
+    return error ? 0 : size;
+}
+
 } // namespace
 
-bool runSetUpTool(const SetUpTool &tool, const ChildProgram &surroundings, const DeviceDirectory &directory)
+std::optional<std::string> runSetUpTool(const SetUpTool &tool, const ChildProgram &surroundings,
+                                        const DeviceDirectory &directory)
 {
     const std::string path = findProgram(tool.name);
     if (path.empty())
@@ -36,21 +57,14 @@ bool runSetUpTool(const SetUpTool &tool, const ChildProgram &surroundings, const
     ChildProgram program = surroundings;
     program.arguments = {path};
     program.arguments.insert(program.arguments.end(), tool.arguments.begin(), tool.arguments.end());
-    const pid_t process = startInBackground(program, directory.logFile(logName));
+    const std::string log = directory.logFile(logName);
+    const std::uintmax_t logged = sizeOf(log);
+    const pid_t process = startInBackground(program, log);
     if (process < 0)
         throw systemFailure("cannot run " + tool.name);
     int waitStatus = 0;
     while (waitpid(process, &waitStatus, 0) < 0 && errno == EINTR) { }
-    return WIFEXITED(waitStatus) && WEXITSTATUS(waitStatus) == 0;
-}
-
-std::string lastWordOfSetUp(const DeviceDirectory &directory)
-{
-    std::ifstream file(directory.logFile(logName));
-    std::string result = "it wrote nothing";
-    for (std::string line; std::getline(file, line);) {
-        if (!line.empty())
-            result = line;
-    }
-    return result;
+    if (WIFEXITED(waitStatus) && WEXITSTATUS(waitStatus) == 0)
+        return std::nullopt;
+    return firstLineAfter(logged, log);
 }

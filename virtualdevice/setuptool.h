@@ -4,6 +4,7 @@
 #include "childprocess.h"
 #include "devicedirectory.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,9 +17,8 @@ struct SetUpTool
     std::string package;
 };
 
-/// Runs TOOL to its end; its output goes to the log "set-up" of DIRECTORY. Returns whether it ended with exit
-/// status 0. Throws Failure if there is no such program.
-bool runSetUpTool(const SetUpTool &tool, const ChildProgram &surroundings, const DeviceDirectory &directory);
-
-/// The last line that a tool has written, for a message.
-std::string lastWordOfSetUp(const DeviceDirectory &directory);
+/// Runs TOOL to its end; its output goes to the log "set-up" of DIRECTORY. Returns nothing if it ended with
+/// exit status 0, otherwise the first line that it wrote, which says why: what follows is mostly where.
+/// Throws Failure if there is no such program.
+std::optional<std::string> runSetUpTool(const SetUpTool &tool, const ChildProgram &surroundings,
+                                        const DeviceDirectory &directory);

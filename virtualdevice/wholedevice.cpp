@@ -10,7 +10,6 @@
 #include "networkinterface.h"
 #include "overlay.h"
 #include "runtimefolder.h"
-#include "setuptool.h"
 
 namespace {
 
@@ -43,9 +42,12 @@ void setUpWholeDevice(const CommandLine &commandLine, const DeviceDirectory &dir
     const InheritedCapabilities forTheTools;
     makeNetworkInterface(surroundings, directory);
     fillBootEnvironment(surroundings, directory);
+    if (!withDataPartition)
+        return;
+    const std::optional<std::string> reason = mountDataPartition(surroundings, directory);
     // Without having been asked for, it may also be missing.
-    if (withDataPartition && !mountDataPartition(surroundings, directory) && commandLine.withDataPartition)
-        throw Failure("this machine does not allow an ext4 file system in a file ("
-                          + lastWordOfSetUp(directory) + "); go without --with-data-partition",
+    if (reason && commandLine.withDataPartition)
+        throw Failure("this machine does not allow an ext4 file system in a file (" + *reason
+                          + "); go without --with-data-partition",
                       forbiddenStatus);
 }

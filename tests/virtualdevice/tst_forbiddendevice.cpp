@@ -22,11 +22,12 @@ namespace {
 
 // Words before the launcher, which then runs where something is forbidden; empty where the test cannot forbid
 // it.
-QStringList noRights()
+QStringList rootWithout(const char *capability)
 {
     if (geteuid() != 0)
         return {};
-    return {QStringLiteral("setpriv"), QStringLiteral("--bounding-set"), QStringLiteral("-sys_admin")};
+    return {QStringLiteral("setpriv"), QStringLiteral("--bounding-set"),
+            QLatin1Char('-') + QLatin1String(capability)};
 }
 
 // As many user namespaces as it takes to get there, as a user that the machine knows and that is not root.
@@ -55,7 +56,14 @@ void ForbiddenDeviceTest::wholeDeviceSaysWhatIsForbidden_data()
     QTest::addColumn<QStringList>("words");
     QTest::addColumn<QByteArray>("forbidden");
     QTest::newRow("root without rights")
-        << noRights() << QByteArray("namespaces for mounts and network (Operation not permitted)");
+        << rootWithout("sys_admin")
+        << QByteArray("namespaces for mounts and network (Operation not permitted)");
+    QTest::newRow("root who cannot give up rights")
+        << rootWithout("setpcap")
+        << QByteArray("to give up the right to set the machine's clock (Operation not permitted)");
+    QTest::newRow("root who cannot make interfaces")
+        << rootWithout("net_admin")
+        << QByteArray("a network interface (RTNETLINK answers: Operation not permitted)");
     QTest::newRow("no more user namespaces")
         << noUserNamespaces() << QByteArray("a user namespace (No space left on device)");
 }
@@ -67,8 +75,7 @@ void ForbiddenDeviceTest::wholeDeviceSaysWhatIsForbidden()
     if (words.isEmpty())
         QSKIP("this user cannot forbid it");
     Launch launch;
-    launch.startProgram(words.first(),
-                        words.mid(1) + QStringList{QStringLiteral(LAUNCHER), QStringLiteral("true")});
+    launch.startProgram(words.first(), words.mid(1) + QStringList{launcher(), QStringLiteral("true")});
     QVERIFY(launch.waitForEnd());
     QCOMPARE(launch.exitStatus(), 77);
     QCOMPARE(launch.readErrors(),
@@ -88,7 +95,7 @@ void ForbiddenDeviceTest::deviceWithBusOnlyWorks()
     launch.startProgram(
         words.first(),
         words.mid(1)
-            + QStringList{QStringLiteral(LAUNCHER), QStringLiteral("--bus-only"), QStringLiteral("dbus-send"),
+            + QStringList{launcher(), QStringLiteral("--bus-only"), QStringLiteral("dbus-send"),
                           QStringLiteral("--system"), QStringLiteral("--print-reply=literal"),
                           QStringLiteral("--dest=com.corvanta.zbutility"), QStringLiteral("/"),
                           QStringLiteral("local.ZBUtilityd.UtilityDaemon.getShip")});
@@ -100,14 +107,13 @@ void ForbiddenDeviceTest::deviceWithBusOnlyWorks()
 
 void ForbiddenDeviceTest::commandOfAForbiddenDeviceNeverRuns()
 {
-    const QStringList words = geteuid() == 0 ? noRights() : noUserNamespaces();
+    const QStringList words = geteuid() == 0 ? rootWithout("sys_admin") : noUserNamespaces();
     if (words.isEmpty())
         QSKIP("this user cannot forbid it");
     Launch launch;
-    launch.startProgram(
-        words.first(),
-        words.mid(1)
-            + QStringList{QStringLiteral(LAUNCHER), QStringLiteral("echo"), QStringLiteral("never")});
+    launch.startProgram(words.first(),
+                        words.mid(1)
+                            + QStringList{launcher(), QStringLiteral("echo"), QStringLiteral("never")});
     QVERIFY(launch.waitForEnd());
     QCOMPARE(launch.readOutput(), QByteArray());
 }

@@ -371,6 +371,15 @@ void LaunchedCommandTest::ownFailuresAreOneSentence_data()
         << QStringList{QStringLiteral("--utilityd")}
         << QByteArray("zbvirtualdevice: --utilityd needs the path of a program;"
                       " 'zbvirtualdevice --help' lists the options\n");
+    QTest::newRow("clock without whole device")
+        << QStringList{QStringLiteral("--bus-only"), QStringLiteral("--device-clock"), QStringLiteral("true")}
+        << QByteArray("zbvirtualdevice: --device-clock needs a whole device and cannot go with --bus-only;"
+                      " 'zbvirtualdevice --help' lists the options\n");
+    QTest::newRow("data partition without whole device")
+        << QStringList{QStringLiteral("--with-data-partition"), QStringLiteral("--bus-only"),
+                       QStringLiteral("true")}
+        << QByteArray("zbvirtualdevice: --with-data-partition needs a whole device and cannot go with"
+                      " --bus-only; 'zbvirtualdevice --help' lists the options\n");
     QTest::newRow("no daemon") << QStringList{QStringLiteral("--utilityd=/nowhere/zbutilityd"),
                                               QStringLiteral("true")}
                                << QByteArray(

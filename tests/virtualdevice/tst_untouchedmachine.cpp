@@ -19,6 +19,9 @@ private slots:
     void initTestCase();
     void foldersInterfacesAndMountsAreAsBefore_data();
     void foldersInterfacesAndMountsAreAsBefore();
+    void relativePathsLeadIntoTheDevice_data();
+    void relativePathsLeadIntoTheDevice();
+    void workingFolderThatTheDeviceLacksIsReplaced();
     void clockIsAsBefore();
     void commandMayNotSetTheMachinesClock();
     void deviceSeesNothingOfTheMachinesRunFolder();
@@ -95,6 +98,17 @@ double clockLead()
     return double(day.tv_sec - steady.tv_sec) + 1e-9 * double(day.tv_nsec - steady.tv_nsec);
 }
 
+// The launcher with ARGUMENTS, started in FOLDER.
+void runIn(const QString &folder, const QStringList &arguments, Launch *launch)
+{
+    launch->startProgram(QStringLiteral("/bin/sh"),
+                         QStringList{QStringLiteral("-c"),
+                                     QStringLiteral("cd \"$1\" && shift && exec \"$0\" \"$@\""), launcher(),
+                                     folder}
+                             + arguments);
+    QVERIFY(launch->waitForEnd());
+}
+
 QStringList shell(const QString &script)
 {
     return {QStringLiteral("--"), QStringLiteral("/bin/sh"), QStringLiteral("-c"), script};
@@ -130,6 +144,51 @@ void UntouchedMachineTest::foldersInterfacesAndMountsAreAsBefore()
     QCOMPARE(machine(), before);
     QVERIFY2(qAbs(clockLead() - lead) < 1, "the machine's clock was moved");
     QCOMPARE(launch.folders(), QStringList());
+}
+
+void UntouchedMachineTest::relativePathsLeadIntoTheDevice_data()
+{
+    QTest::addColumn<QString>("folder");
+    for (const char *const folder : {"/etc", "/run", "/run/lock", "/var/lib", "/usr/share", "/sys/class/net"})
+        QTest::newRow(folder) << QString::fromLatin1(folder);
+}
+
+void UntouchedMachineTest::relativePathsLeadIntoTheDevice()
+{
+    QFETCH(QString, folder);
+    const QString onTheMachine = folder + QStringLiteral("/zb-here");
+    QVERIFY(!QFileInfo::exists(onTheMachine));
+    Launch launch;
+    runIn(
+        folder,
+        shell(QStringLiteral("pwd -P; [ \"$(stat -c %d:%i .)\" = \"$(stat -c %d:%i \"$1\")\" ] && echo same;"
+                             " touch zb-here 2>/dev/null && ls \"$1/zb-here\"; true"))
+            + QStringList{QStringLiteral("sh"), folder},
+        &launch);
+    const bool wasReached = QFile::remove(onTheMachine);
+    QVERIFY2(!wasReached, "the command wrote to the machine");
+    QCOMPARE(launch.exitStatus(), 0);
+    const QByteArrayList lines = launch.readOutput().trimmed().split('\n');
+    QCOMPARE(lines.value(0), QFile::encodeName(folder));
+    QCOMPARE(lines.value(1), QByteArray("same"));
+    const bool isWritten = geteuid() == 0 && !folder.startsWith(QStringLiteral("/sys"));
+    if (isWritten)
+        QCOMPARE(lines.value(2), QFile::encodeName(onTheMachine));
+}
+
+void UntouchedMachineTest::workingFolderThatTheDeviceLacksIsReplaced()
+{
+    // What is in the machine's /run, the device's has not.
+    const QTemporaryDir folder(QStringLiteral("/run/lock/zbvt-XXXXXX"));
+    if (!folder.isValid())
+        QSKIP("this user cannot make a folder in /run/lock");
+    Launch launch;
+    runIn(folder.path(), shell(QStringLiteral("pwd -P")), &launch);
+    QCOMPARE(launch.readOutput(), QByteArray("/\n"));
+    QCOMPARE(launch.readErrors(),
+             "zbvirtualdevice: cannot enter '" + QFile::encodeName(folder.path())
+                 + "' in the device, going to '/': No such file or directory\n");
+    QCOMPARE(launch.exitStatus(), 0);
 }
 
 void UntouchedMachineTest::clockIsAsBefore()

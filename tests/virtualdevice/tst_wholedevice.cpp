@@ -25,6 +25,8 @@ private slots:
     void addressIsSeenWhereContainersHidePartsOfSys();
     void displaySocketStaysReachable();
     void otherShellsEnterByTheAnnouncedCommand();
+    void announcedCommandShowsTheClockThatWasAskedFor_data();
+    void announcedCommandShowsTheClockThatWasAskedFor();
     void environmentsOfTwoDevicesDoNotMeet();
     void deviceClockMovesForTheCommand();
     void deviceClockComposesDateAndTime();
@@ -35,7 +37,9 @@ private slots:
     void temporaryFolderThatTheDeviceHidesIsNotUsed_data();
     void temporaryFolderThatTheDeviceHidesIsNotUsed();
     void unusualTemporaryFolderIsUsed();
+    void unusualProgramFolderIsNoHindrance();
     void callersWorkingFolderStays();
+    void unreachableWorkingFolderStays();
     void startsInWellUnderASecond();
 };
 
@@ -62,6 +66,31 @@ QVector<qint64> processesIn(const QString &mountNamespace)
             result.append(name.toLongLong());
     }
     return result;
+}
+
+// What the launcher prints for other shells to read.
+QByteArray announcement(Launch *launch)
+{
+    QByteArray text;
+    while (!text.endsWith("# The device is ready.\n")) {
+        const QByteArray line = launch->readLine();
+        if (line.isEmpty())
+            return {};
+        text += line + '\n';
+    }
+    return text;
+}
+
+// What SCRIPT prints in a shell outside the device that has read TEXT.
+QByteArray outputOfOtherShell(const QByteArray &text, const QString &script, const QString &folder)
+{
+    QProcess shell;
+    shell.setWorkingDirectory(folder);
+    shell.start(QStringLiteral("/bin/sh"),
+                {QStringLiteral("-eu"), QStringLiteral("-c"), QString::fromUtf8(text) + script});
+    if (!shell.waitForFinished())
+        return "the shell does not end";
+    return shell.readAllStandardError() + shell.readAllStandardOutput();
 }
 
 } // namespace
@@ -202,23 +231,15 @@ void WholeDeviceTest::otherShellsEnterByTheAnnouncedCommand()
 {
     Launch launch;
     launch.start({});
-    QByteArray text;
-    while (!text.endsWith("# The device is ready.\n")) {
-        const QByteArray line = launch.readLine();
-        QVERIFY2(!line.isEmpty(), launch.readErrors().constData());
-        text += line + '\n';
-    }
-    QProcess other;
-    other.setWorkingDirectory(launch.place());
-    other.start(QStringLiteral("/bin/sh"),
-                {QStringLiteral("-eu"), QStringLiteral("-c"),
-                 QString::fromUtf8(text)
-                     + QStringLiteral("in_device sh -c 'pwd; id -u; cat /sys/class/net/wlan0/address;"
-                                      " fw_printenv -n ethaddr; timedatectl show --property=CanNTP;"
-                                      " grep CapBnd /proc/self/status | cut -f2'")});
-    QVERIFY(other.waitForFinished());
-    QCOMPARE(other.readAllStandardError(), QByteArray());
-    const QList<QByteArray> lines = other.readAllStandardOutput().split('\n');
+    const QByteArray text = announcement(&launch);
+    QVERIFY2(!text.isEmpty(), launch.readErrors().constData());
+    const QList<QByteArray> lines =
+        outputOfOtherShell(text,
+                           QStringLiteral("in_device sh -c 'pwd; id -u; cat /sys/class/net/wlan0/address;"
+                                          " fw_printenv -n ethaddr; timedatectl show --property=CanNTP;"
+                                          " grep CapBnd /proc/self/status | cut -f2'"),
+                           launch.place())
+            .split('\n');
     QCOMPARE(lines.value(0), QFile::encodeName(launch.place()));
     QCOMPARE(lines.value(1), QByteArray::number(geteuid()));
     QCOMPARE(lines.value(2), QByteArray("02:00:5e:10:00:01"));
@@ -229,6 +250,35 @@ void WholeDeviceTest::otherShellsEnterByTheAnnouncedCommand()
     launch.sendSignal(SIGTERM);
     QVERIFY(launch.waitForEnd());
     QCOMPARE(launch.exitStatus(), 0);
+}
+
+void WholeDeviceTest::announcedCommandShowsTheClockThatWasAskedFor_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QByteArray>("year");
+    QTest::newRow("machine's") << QStringList{}
+                               << QDate::currentDate().toString(QStringLiteral("yyyy")).toLatin1();
+    QTest::newRow("device's") << QStringList{QStringLiteral("--device-clock")} << QByteArray("2001");
+}
+
+void WholeDeviceTest::announcedCommandShowsTheClockThatWasAskedFor()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QByteArray, year);
+    Launch launch;
+    launch.start(options + QStringList{QStringLiteral("--without-daemon")});
+    const QByteArray text = announcement(&launch);
+    QVERIFY2(!text.isEmpty(), launch.readErrors().constData());
+    // The log is read outside, by the path that was announced.
+    const QByteArray output = outputOfOtherShell(
+        text,
+        QStringLiteral("in_device sh -c 'timedatectl set-ntp 0; sleep 0.3; timedatectl set-time 2001-02-03;"
+                       " date +%Y'; cut -d. -f1 \"$ZBVIRTUALDEVICE_CLOCK_LOG\";"
+                       " od -An -tu1 -N0 \"$ZBVIRTUALDEVICE_CLOCK_OFFSET\""),
+        launch.place());
+    QCOMPARE(output, year + "\n981158400\n");
+    launch.sendSignal(SIGTERM);
+    QVERIFY(launch.waitForEnd());
 }
 
 void WholeDeviceTest::environmentsOfTwoDevicesDoNotMeet()
@@ -377,6 +427,27 @@ void WholeDeviceTest::unusualTemporaryFolderIsUsed()
     QVERIFY(QDir().rmdir(folder));
 }
 
+void WholeDeviceTest::unusualProgramFolderIsNoHindrance()
+{
+    // The bus has a syntax of its own for the programs that it starts.
+    Launch launch;
+    const QString folder = launch.place() + QStringLiteral("/it's a \"build\" \\ folder $HOME %s");
+    const QString build = QFileInfo(launcher()).canonicalPath() + QStringLiteral("/../");
+    for (const char *const file :
+         {"bin/zbvirtualdevice", "bin/zbservicemanager", "bin/zbservicestart", "lib/libzbdeviceclock.so"}) {
+        const QString copy = folder + QLatin1Char('/') + QLatin1String(file);
+        QVERIFY(QDir().mkpath(QFileInfo(copy).path()));
+        QVERIFY2(QFile::copy(build + QLatin1String(file), copy), qPrintable(build));
+    }
+    launch.startProgram(folder + QStringLiteral("/bin/zbvirtualdevice"),
+                        QStringList{QStringLiteral("--device-clock")}
+                            + shell(QStringLiteral("timedatectl show --property=CanNTP")));
+    QVERIFY(launch.waitForEnd());
+    QVERIFY(QDir(folder).removeRecursively());
+    QCOMPARE(launch.readErrors(), QByteArray());
+    QCOMPARE(launch.readOutput(), QByteArray("CanNTP=yes\n"));
+}
+
 void WholeDeviceTest::callersWorkingFolderStays()
 {
     Launch launch;
@@ -386,6 +457,29 @@ void WholeDeviceTest::callersWorkingFolderStays()
                          QStringLiteral(LAUNCHER), launch.place()});
     QVERIFY(launch.waitForEnd());
     QCOMPARE(launch.readOutput(), QFile::encodeName(launch.place()) + '\n');
+}
+
+void WholeDeviceTest::unreachableWorkingFolderStays()
+{
+    // As after su(1) in a folder of root's: the user is in it, but no path leads there for that user.
+    if (geteuid() != 0)
+        QSKIP("only root can become somebody else");
+    Launch launch;
+    launch.startProgram(QStringLiteral("/bin/sh"),
+                        {QStringLiteral("-c"),
+                         QStringLiteral("mkdir \"$1/inner\" && cd \"$1/inner\" && unset TMPDIR && setpriv"
+                                        " --reuid 65534 --regid 65534 --clear-groups"
+                                        " \"$0\" --without-daemon stat -c %n:%i .; stat -c .:%i .; cd /;"
+                                        " rmdir \"$1/inner\""),
+                         launcher(), launch.place()});
+    QVERIFY(launch.waitForEnd());
+    const QByteArray errors = launch.readErrors();
+    if (errors.startsWith("setpriv:"))
+        QSKIP("this program lies where other users cannot reach it");
+    QCOMPARE(errors, QByteArray());
+    const QByteArrayList lines = launch.readOutput().split('\n');
+    QVERIFY(lines.value(0).startsWith(".:"));
+    QCOMPARE(lines.value(0), lines.value(1));
 }
 
 void WholeDeviceTest::startsInWellUnderASecond()
