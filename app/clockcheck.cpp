@@ -17,9 +17,10 @@ ClockCheck::State ClockCheck::state() const
     return m_state;
 }
 
-void ClockCheck::begin(const QDateTime &target)
+void ClockCheck::begin(int year, int month, int day, int hour, int minute)
 {
-    m_target = target;
+    m_date = QDate(year, month, day);
+    m_time = QTime(hour, minute);
     m_elapsed.start();
     m_timer.start();
     setState(Watching);
@@ -34,7 +35,7 @@ void ClockCheck::reset()
 void ClockCheck::look()
 {
     const qint64 elapsed = m_elapsed.elapsed();
-    const ClockOutcome outcome = clockOutcome(m_target, QDateTime::currentDateTime(), elapsed);
+    const ClockOutcome outcome = clockOutcome(m_date, m_time, QDateTime::currentDateTimeUtc(), elapsed);
     // The date comes first, so midnight of the right day is a stage on the way.
     if (outcome != ClockOutcome::Set && elapsed < m_patience)
         return;

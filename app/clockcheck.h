@@ -4,6 +4,7 @@
 
 #include "clockoutcome.h"
 
+#include <QtCore/QDateTime>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QObject>
 #include <QtCore/QTimer>
@@ -28,8 +29,9 @@ public:
 
     State state() const;
 
-    /// The clock is about to be set to this time; call before setting it.
-    Q_INVOKABLE void begin(const QDateTime &target);
+    /// The clock is about to be set to this local time; call before setting it. Month and day count from 1.
+    /// In parts, since a date of JavaScript cannot hold the hour that summer time leaves out.
+    Q_INVOKABLE void begin(int year, int month, int day, int hour, int minute);
     /// Forgets what became of the last attempt.
     Q_INVOKABLE void reset();
 
@@ -40,7 +42,8 @@ private:
     void look();
     void setState(State state);
 
-    QDateTime m_target;
+    QDate m_date;
+    QTime m_time;
     QElapsedTimer m_elapsed; // of the monotonic clock, which no setting moves
     QTimer m_timer;
     int m_patience = 5000;

@@ -1,4 +1,5 @@
-// The text under which a keyboard layout is stored in the settings.
+// The text under which a keyboard layout is stored in the settings, and what the compositor's environment
+// file says in that form.
 #pragma once
 
 #include <QtCore/QString>
@@ -10,6 +11,13 @@
  * wherever it stands in the list. Empty without a layout.
  */
 QString layoutCode(const QString &layout, const QString &variant);
+
+/**
+ * The layout in a text of KEY=VALUE lines as systemd.exec(5) has them in an EnvironmentFile, without quotes:
+ * that of XKB_DEFAULT_LAYOUT with the variant of XKB_DEFAULT_VARIANT, of each the last line. Empty without a
+ * layout.
+ */
+QString layoutInEnvironment(const QString &text);
 
 /// The codes of the layouts in the order of ZBSettingsMain::getKeyboardLanguageComboBoxModel().
 QStringList layoutCodes();

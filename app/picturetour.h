@@ -41,6 +41,8 @@ private:
     bool showAbout();
     void setClockByHand();
     void turnNetworkTimeOn();
+    /// Whether the page lets the clock be set within the patience.
+    bool waitForClockChooser();
     /// Turns a wheel by touches until it shows this text.
     void turnWheel(const QString &wheel, const QString &text);
 

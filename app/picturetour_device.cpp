@@ -263,11 +263,7 @@ void PictureTour::demonstrateClock()
     const QQuickItem *const automatic = m_driver.visibleItem(QStringLiteral("automaticDateTime"));
     if (automatic && automatic->property("checked").toBool())
         m_driver.click(*automatic);
-    const auto canBeSet = [this] {
-        const QQuickItem *const chooser = m_driver.visibleItem(QStringLiteral("setClock"));
-        return chooser && chooser->isEnabled();
-    };
-    const bool isOff = waitUntil(canBeSet, pageMilliseconds);
+    const bool isOff = waitForClockChooser();
     writePicture(QStringLiteral("date-time-network-off"));
     const QString byTool = networkTimeByTool();
     report(isOff && byTool == QLatin1String("no"),
@@ -276,6 +272,15 @@ void PictureTour::demonstrateClock()
         return;
     setClockByHand();
     turnNetworkTimeOn();
+}
+
+bool PictureTour::waitForClockChooser()
+{
+    const auto canBeSet = [this] {
+        const QQuickItem *const chooser = m_driver.visibleItem(QStringLiteral("setClock"));
+        return chooser && chooser->isEnabled();
+    };
+    return waitUntil(canBeSet, pageMilliseconds);
 }
 
 void PictureTour::setClockByHand()
@@ -313,11 +318,7 @@ void PictureTour::setClockByHand()
            QStringLiteral("the clock was set by hand to %1, the device's clock got %2")
                .arg(target.toString(Qt::ISODate), lastTimeInClockLog().toString(Qt::ISODate)));
 
-    const auto hasEnded = [this] {
-        const QQuickItem *const chooser = m_driver.visibleItem(QStringLiteral("setClock"));
-        return chooser && chooser->isEnabled();
-    };
-    waitUntil(hasEnded, pageMilliseconds);
+    waitForClockChooser();
     const QQuickItem *const chooser = m_driver.visibleItem(QStringLiteral("setClock"));
     const bool moved =
         target.secsTo(QDateTime::currentDateTime()) < 60 && target <= QDateTime::currentDateTime();

@@ -1,9 +1,12 @@
-// Hands pure functions to QML.
+// Hands functions to QML, with the file that one of them needs.
 #include "qmlfunctions.h"
 
 #include "layoutcode.h"
 #include "listsearch.h"
 #include "tooloutput.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 
 namespace {
 
@@ -48,6 +51,14 @@ QString KeyboardLayouts::codeAt(int position) const
 int KeyboardLayouts::positionOf(const QString &code) const
 {
     return code.isEmpty() ? -1 : codes().indexOf(code);
+}
+
+bool KeyboardLayouts::isWritten(const QString &code) const
+{
+    QFile file(QStringLiteral("/etc/corvanta/wayland.env"));
+    // Anything else, such as a pipe, could keep the page waiting.
+    return QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly)
+        && layoutInEnvironment(QString::fromUtf8(file.readAll())) == code;
 }
 
 QVariantList ListSearch::positions(const QStringList &names, const QString &text) const

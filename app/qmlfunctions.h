@@ -1,5 +1,5 @@
-// ToolOutput, KeyboardLayouts and ListSearch: pure functions of this program in the form in which QML can
-// call them.
+// ToolOutput, KeyboardLayouts and ListSearch: functions of this program in the form in which QML can call
+// them.
 #pragma once
 
 #include <QtCore/QObject>
@@ -30,6 +30,9 @@ public:
     Q_INVOKABLE QString codeAt(int position) const;
     /// The position of the layout with this code, -1 when there is none.
     Q_INVOKABLE int positionOf(const QString &code) const;
+    /// Whether the compositor's environment file holds this layout. It does not where it is missing, or is no
+    /// file that can be read.
+    Q_INVOKABLE bool isWritten(const QString &code) const;
 };
 
 class ListSearch : public QObject

@@ -3,7 +3,7 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 
-T.Popup {
+ModalPopup {
     id: dialog
 
     property string title
@@ -17,16 +17,9 @@ T.Popup {
     width: Math.min(parent ? parent.width - 48 : 0, 520)
     height: contentItem.implicitHeight + 2 * padding
     padding: 24
-    modal: true
-    dim: true
     focus: true
 
     onOpened: cancel.forceActiveFocus(Qt.TabFocusReason)
-
-    background: Rectangle {
-        radius: Theme.radius
-        color: Theme.card
-    }
 
     contentItem: Column {
         spacing: 12
@@ -84,6 +77,4 @@ T.Popup {
             }
         }
     }
-
-    T.Overlay.modal: Rectangle { color: Theme.shade }
 }

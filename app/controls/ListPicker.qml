@@ -1,12 +1,10 @@
 // Picks one entry of a long list, which can be narrowed by typing.
 import QtQuick 2.15
-import QtQuick.Templates 2.15 as T
 import Corvanta.SettingsApplication 1.0
 
-T.Popup {
+PickerPopup {
     id: picker
 
-    property string title
     property string hint
     property var names: []
     /// Position of the entry that is picked now; -1 for none.
@@ -16,15 +14,7 @@ T.Popup {
 
     signal picked(int position)
 
-    parent: T.Overlay.overlay
-    anchors.centerIn: parent
-    width: Math.min(parent ? parent.width - 48 : 0, 640)
-    height: parent ? parent.height - 32 : 0
-    padding: 8
-    topPadding: 64
-    modal: true
-    dim: true
-    focus: true
+    wishedWidth: 640
 
     onAboutToShow: {
         search.clear();
@@ -35,20 +25,6 @@ T.Popup {
         list.currentIndex = current;
         list.positionViewAtIndex(Math.max(0, current), ListView.Center);
         search.forceActiveFocus(Qt.TabFocusReason);
-    }
-
-    background: Rectangle {
-        radius: Theme.radius
-        color: Theme.card
-
-        PlainText {
-            x: Theme.margin
-            width: parent.width - 160
-            height: 64
-            text: picker.title
-            font.pixelSize: 20
-            font.weight: Font.DemiBold
-        }
     }
 
     contentItem: FocusScope {
@@ -122,12 +98,10 @@ T.Popup {
             objectName: picker.entryName + ".cancel"
             anchors.right: parent.right
             anchors.rightMargin: 8
-            y: -56
+            y: picker.buttonPlace
             text: qsTr("Cancel")
             plain: true
             onClicked: picker.close()
         }
     }
-
-    T.Overlay.modal: Rectangle { color: Theme.shade }
 }

@@ -82,15 +82,13 @@ SettingRow {
             chosen: combo.currentIndex === index
         }
 
-        popup: T.Popup {
+        popup: ModalPopup {
             width: combo.width
             height: Math.min(combo.count * Theme.touchSize + 2 * padding,
                              (combo.Window.window ? combo.Window.window.height : 480) - 2 * margins)
             y: (combo.height - height) / 2
             margins: 12
             padding: 6
-            modal: true
-            dim: true
 
             onOpened: list.positionViewAtIndex(Math.max(0, combo.currentIndex), ListView.Center)
 
@@ -106,15 +104,6 @@ SettingRow {
 
                 ScrollMark { flickable: list }
             }
-
-            background: Rectangle {
-                radius: Theme.radius
-                color: Theme.card
-                border.width: 1
-                border.color: Theme.line
-            }
-
-            T.Overlay.modal: Rectangle { color: Theme.shade }
         }
     }
 }

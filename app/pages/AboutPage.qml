@@ -8,6 +8,8 @@ import "../controls"
 SettingsPage {
     id: page
 
+    enum Reset { Idle, Looking, Done, Failed }
+
     readonly property string absent: qsTr("Not available")
     readonly property string reading: qsTr("Reading…")
 
@@ -22,14 +24,13 @@ SettingsPage {
                                              qsTr("Supply trans."), qsTr("Supply refl.")]
     /// Positions of the values that the reset deletes.
     readonly property var resettable: [2, 3, 4]
-    /// Whether this page has asked for the reset.
-    property bool wasReset
-    property int readsAfterReset
-    readonly property bool hasLookedEnough: readsAfterReset >= 3
+    /// What became of the last reset, as far as the values that were read since then tell.
+    property int resetState: AboutPage.Idle
+    property int looksAfterReset
+    /// How long after the reset the first look is, in milliseconds.
+    property int firstLook: 300
     readonly property var calibration: ToolOutput.valueLines(
         texts[ZBSettingsAboutInfoFields.CALIBRATION_VALUES] || "", calibrationNames.length)
-    readonly property bool isReset: wasReset && calibration.length > 0
-        && resettable.every(function (position) { return calibration[position] === ""; })
 
     function shown(field) {
         var text = texts[field];
@@ -75,13 +76,44 @@ SettingsPage {
         next[field] = field === ZBSettingsAboutInfoFields.OFFSET_VALUES
             ? Array.from(ZBSettingsMain.formatOffsets()) : ZBSettingsMain.getAboutInfo(field);
         texts = next;
+        if (field === ZBSettingsAboutInfoFields.CALIBRATION_VALUES)
+            judgeReset();
     }
 
     function resetCalibration() {
         ZBSettingsMain.resetSupplyCalibration();
-        wasReset = true;
-        readsAfterReset = 0;
-        afterReset.interval = 300;
+        resetState = AboutPage.Looking;
+        looksAfterReset = 0;
+        afterReset.interval = firstLook;
+        afterReset.restart();
+    }
+
+    function areDeleted() {
+        return calibration.length > 0
+               && resettable.every(function (position) { return page.calibration[position] === ""; });
+    }
+
+    /// After every reading of the calibration values, for whatever reason they were read.
+    function judgeReset() {
+        if (resetState === AboutPage.Idle)
+            return;
+        if (areDeleted()) {
+            afterReset.stop();
+            resetState = AboutPage.Done;
+        } else if (resetState !== AboutPage.Looking) {
+            resetState = AboutPage.Idle;
+        } else if (!afterReset.running) {
+            lookAgain();
+        }
+    }
+
+    function lookAgain() {
+        ++looksAfterReset;
+        if (looksAfterReset >= 3) {
+            resetState = AboutPage.Failed;
+            return;
+        }
+        afterReset.interval *= 3;
         afterReset.start();
     }
 
@@ -110,13 +142,8 @@ SettingsPage {
         id: afterReset
 
         onTriggered: {
-            page.waiting = [ZBSettingsAboutInfoFields.CALIBRATION_VALUES];
-            page.readNext();
-            ++page.readsAfterReset;
-            if (!page.isReset && !page.hasLookedEnough) {
-                interval *= 3;
-                start();
-            }
+            if (page.waiting.indexOf(ZBSettingsAboutInfoFields.CALIBRATION_VALUES) < 0)
+                page.waiting = page.waiting.concat(ZBSettingsAboutInfoFields.CALIBRATION_VALUES);
         }
     }
 
@@ -219,9 +246,10 @@ SettingsPage {
             names: page.calibrationNames
             valueName: "about.calibration"
             values: page.cellTexts(Array.from(page.calibration), function (position) {
-                return page.wasReset && page.resettable.indexOf(position) >= 0 ? qsTr("Deleted") : page.absent;
+                return page.resetState !== AboutPage.Idle && page.resettable.indexOf(position) >= 0
+                       ? qsTr("Deleted") : page.absent;
             })
-            marked: page.isReset ? page.resettable : []
+            marked: page.resetState === AboutPage.Done ? page.resettable : []
             replacement: page.replacement(ZBSettingsAboutInfoFields.CALIBRATION_VALUES,
                                           page.texts[ZBSettingsAboutInfoFields.CALIBRATION_VALUES] || "")
         }
@@ -229,10 +257,11 @@ SettingsPage {
         SettingRow {
             title: qsTr("Supply calibration")
             descriptionName: "about.resetReport"
-            description: page.isReset ? qsTr("Reset. Calibrate the supply before the next print.")
-                         : page.wasReset && !page.hasLookedEnough ? qsTr("Resetting…")
+            description: page.resetState === AboutPage.Done
+                         ? qsTr("Reset. Calibrate the supply before the next print.")
+                         : page.resetState === AboutPage.Looking ? qsTr("Resetting…")
                          : qsTr("Deletes the values for supply and cutter")
-            warning: page.wasReset && !page.isReset && page.hasLookedEnough
+            warning: page.resetState === AboutPage.Failed
                      ? qsTr("The values are still there, or cannot be read.") : ""
 
             PushButton {

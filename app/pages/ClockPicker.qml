@@ -1,9 +1,8 @@
 // Picks a date and a time of day on wheels. Only days that the month has can be picked.
 import QtQuick 2.15
-import QtQuick.Templates 2.15 as T
 import "../controls"
 
-T.Popup {
+PickerPopup {
     id: picker
 
     property bool twentyFourHours
@@ -64,34 +63,15 @@ T.Popup {
         halfWheel.show([Qt.locale().amText, Qt.locale().pmText], now.getHours() < 12 ? 0 : 1);
     }
 
-    parent: T.Overlay.overlay
-    anchors.centerIn: parent
-    width: Math.min(parent ? parent.width - 48 : 0, 720)
+    title: qsTr("Date and time")
     height: parent ? Math.min(parent.height - 32, 448) : 0
     padding: 16
-    topPadding: 64
-    modal: true
-    dim: true
-    focus: true
 
     onAboutToShow: showTime(new Date())
     // Only now the wheels have their heights.
     onOpened: {
         showTime(new Date());
         cancel.forceActiveFocus(Qt.TabFocusReason);
-    }
-
-    background: Rectangle {
-        radius: Theme.radius
-        color: Theme.card
-
-        PlainText {
-            x: Theme.margin
-            height: 64
-            text: qsTr("Date and time")
-            font.pixelSize: 20
-            font.weight: Font.DemiBold
-        }
     }
 
     contentItem: FocusScope {
@@ -200,7 +180,7 @@ T.Popup {
             objectName: "clock.cancel"
             anchors.right: accept.left
             anchors.rightMargin: 8
-            y: -56
+            y: picker.buttonPlace
             text: qsTr("Cancel")
             plain: true
             onClicked: picker.close()
@@ -211,7 +191,7 @@ T.Popup {
 
             objectName: "clock.set"
             anchors.right: parent.right
-            y: -56
+            y: picker.buttonPlace
             text: qsTr("Set")
             onClicked: {
                 picker.close();
@@ -219,6 +199,4 @@ T.Popup {
             }
         }
     }
-
-    T.Overlay.modal: Rectangle { color: Theme.shade }
 }

@@ -22,7 +22,7 @@ SettingsPage {
 
     function setClock(year, month, day, hour, minute) {
         var today = new Date();
-        clockCheck.begin(new Date(year, month - 1, day, hour, minute));
+        clockCheck.begin(year, month, day, hour, minute);
         // A date alone begins the day at midnight, so the time follows it.
         if (today.getFullYear() !== year || today.getMonth() + 1 !== month || today.getDate() !== day)
             ZBSettingsMain.setDate(String(year), two(month), two(day));

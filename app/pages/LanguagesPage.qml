@@ -65,6 +65,8 @@ SettingsPage {
             readonly property var names: ZBSettingsMain.getKeyboardLanguageComboBoxModel()
             property string stored
             readonly property int position: KeyboardLayouts.positionOf(stored)
+            /// Whether the last choice did not get to the display. The back end does not tell.
+            property bool isLost
 
             function refresh() {
                 stored = Preferences.asText(Preferences.read(ZBSettingsMain.KEY_KEYBOARD_LAYOUT, ""));
@@ -73,6 +75,7 @@ SettingsPage {
             objectName: ZBSettingsMain.KEY_KEYBOARD_LAYOUT
             text: qsTr("Keyboard layout")
             description: qsTr("The display takes it when the printer starts next")
+            warning: isLost ? qsTr("The display does not get this layout: it could not be written.") : ""
             value: position >= 0 ? names[position] : stored !== "" ? stored : qsTr("Not chosen")
             onClicked: keyboardPicker.open()
             onVisibleChanged: {
@@ -94,6 +97,7 @@ SettingsPage {
                 onPicked: {
                     ZBSettingsMain.setKeyboardLanguage(position);
                     keyboard.stored = KeyboardLayouts.codeAt(position);
+                    keyboard.isLost = !KeyboardLayouts.isWritten(keyboard.stored);
                     Preferences.change(ZBSettingsMain.KEY_KEYBOARD_LAYOUT, keyboard.stored);
                 }
             }

@@ -1,9 +1,8 @@
 // Picks a time zone with two touches: the region on the left, the city on the right.
 import QtQuick 2.15
-import QtQuick.Templates 2.15 as T
 import "../controls"
 
-T.Popup {
+PickerPopup {
     id: picker
 
     property string current
@@ -11,15 +10,7 @@ T.Popup {
 
     signal picked(string zone)
 
-    parent: T.Overlay.overlay
-    anchors.centerIn: parent
-    width: Math.min(parent ? parent.width - 48 : 0, 720)
-    height: parent ? parent.height - 32 : 0
-    padding: 8
-    topPadding: 64
-    modal: true
-    dim: true
-    focus: true
+    title: qsTr("Time zone")
 
     onAboutToShow: {
         var known = TimeZones.names.indexOf(current) >= 0;
@@ -33,28 +24,14 @@ T.Popup {
         cityList.positionViewAtIndex(Math.max(0, cityList.currentIndex), ListView.Center);
     }
 
-    background: Rectangle {
-        radius: Theme.radius
-        color: Theme.card
-
-        PlainText {
-            x: Theme.margin
-            height: 64
-            text: qsTr("Time zone")
-            font.pixelSize: 20
-            font.weight: Font.DemiBold
-        }
-
+    contentItem: Item {
         Rectangle {
-            x: 8
-            y: 63
-            width: parent.width - 16
+            y: -1
+            width: parent.width
             height: 1
             color: Theme.line
         }
-    }
 
-    contentItem: Item {
         ListView {
             id: regionList
 
@@ -115,12 +92,10 @@ T.Popup {
             objectName: "cancel"
             anchors.right: parent.right
             anchors.rightMargin: 8
-            y: -56
+            y: picker.buttonPlace
             text: qsTr("Cancel")
             plain: true
             onClicked: picker.close()
         }
     }
-
-    T.Overlay.modal: Rectangle { color: Theme.shade }
 }

@@ -31,12 +31,25 @@ private Q_SLOTS:
     void resetByKeys();
     void resetThatFailsIsReported();
     void resetThatCannotBeSeenIsReported();
+    void resetDuringTheFirstReadingLosesNoField();
+    void refreshBetweenTwoLooksLosesNoField();
+    void refreshBetweenTwoLooksTakesTheNextNoChance();
+    void newCalibrationEndsTheReportOfTheReset_data();
+    void newCalibrationEndsTheReportOfTheReset();
+    void refreshAfterAResetKeepsItsReport();
+    void refreshAfterAFailedResetLooksAnew_data();
+    void refreshAfterAFailedResetLooksAnew();
     void shipModeIsShown_data();
     void shipModeIsShown();
     void keysScrollThePage();
 
 private:
     static void waitForValues(AppSession &app);
+    /// Resets the supply calibration and waits until the page says what came of it.
+    static void reset(AppSession &app, const QString &report);
+    static void refresh(AppSession &app);
+    /// From now on each reading takes this time and brings nothing.
+    void slowDown(const QByteArray &seconds);
 
     std::unique_ptr<DeviceTools> m_tools;
 };
@@ -77,6 +90,31 @@ QStringList words(const char *text)
     return QString::fromUtf8(text).split(QLatin1Char('|'));
 }
 
+QQuickItem &page(AppSession &app)
+{
+    return *app.item(QStringLiteral("page.9")).property("item").value<QQuickItem *>();
+}
+
+/// What the page shows of every field.
+QStringList fields(const AppSession &app)
+{
+    QStringList texts;
+    for (const char *item :
+         {"about.serialNumber", "about.version", "about.ethernetAddress", "about.wirelessAddress",
+          "about.storage", "about.offsets1", "about.offsets2", "about.calibration"})
+        texts += app.text(QString::fromLatin1(item));
+    return texts;
+}
+
+const QStringList nothingButTheVersion = {QStringLiteral("Not available"), QStringLiteral("3.1.1.11"),
+                                          QStringLiteral("Not available"), QStringLiteral("Not available"),
+                                          QStringLiteral("Not available"), QStringLiteral("Not available"),
+                                          QStringLiteral("Not available"), QStringLiteral("Not available")};
+
+const QString noReport = QStringLiteral("Deletes the values for supply and cutter");
+const QString resetDone = QStringLiteral("Reset. Calibrate the supply before the next print.");
+const QString resetFailed = QStringLiteral("The values are still there, or cannot be read.");
+
 } // namespace
 
 void TestAboutPage::init()
@@ -99,6 +137,26 @@ void TestAboutPage::cleanup()
 void TestAboutPage::waitForValues(AppSession &app)
 {
     QTRY_VERIFY_WITH_TIMEOUT(app.item(QStringLiteral("about.refresh")).isEnabled(), 10000);
+}
+
+void TestAboutPage::reset(AppSession &app, const QString &report)
+{
+    page(app).setProperty("firstLook", 30);
+    app.click(resetButton);
+    app.click(confirmButton);
+    QTRY_COMPARE_WITH_TIMEOUT(app.text(QStringLiteral("about.resetReport")), report, 10000);
+}
+
+void TestAboutPage::refresh(AppSession &app)
+{
+    app.click(QStringLiteral("about.refresh"));
+    waitForValues(app);
+}
+
+void TestAboutPage::slowDown(const QByteArray &seconds)
+{
+    for (const char *tool : {"fw_printenv", "df", "cat"})
+        m_tools->setScript(QString::fromLatin1(tool), "exec sleep " + seconds);
 }
 
 void TestAboutPage::valuesAreShownTrimmed()
@@ -277,8 +335,7 @@ void TestAboutPage::resetDeletesThreeValuesAndShowsIt()
     QStringList deleted = m_tools->runs(QStringLiteral("fw_setenv"));
     deleted.sort();
     QCOMPARE(deleted, words("cutterTrans|supplyRefl|supplyTrans"));
-    QCOMPARE(app.text(QStringLiteral("about.resetReport")),
-             QStringLiteral("Reset. Calibrate the supply before the next print."));
+    QCOMPARE(app.text(QStringLiteral("about.resetReport")), resetDone);
 }
 
 void TestAboutPage::resetByKeys()
@@ -304,8 +361,7 @@ void TestAboutPage::resetThatFailsIsReported()
     app.click(resetButton);
     m_tools->clear();
     app.click(confirmButton);
-    QTRY_COMPARE_WITH_TIMEOUT(app.text(QStringLiteral("about.resetReport")),
-                              QStringLiteral("The values are still there, or cannot be read."), 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(app.text(QStringLiteral("about.resetReport")), resetFailed, 10000);
     QCOMPARE(cells(app, QStringLiteral("about.calibration")), words("812|1190|436|2213|1764"));
     QCOMPARE(m_tools->runs(QStringLiteral("fw_printenv")).size(), 3);
 }
@@ -315,11 +371,114 @@ void TestAboutPage::resetThatCannotBeSeenIsReported()
     AppSession app(9);
     waitForValues(app);
     m_tools->setScript(QStringLiteral("fw_printenv"), "exit 1");
+    reset(app, resetFailed);
+    QCOMPARE(app.text(QStringLiteral("about.calibration")), QStringLiteral("Not available"));
+}
+
+void TestAboutPage::resetDuringTheFirstReadingLosesNoField()
+{
+    slowDown("0.4");
+    AppSession app;
+    app.turnTo(9);
+    page(app).setProperty("firstLook", 100);
+    // Without the touches, of which each takes as long as a reading.
+    QVERIFY(QMetaObject::invokeMethod(&page(app), "resetCalibration"));
+    QVERIFY(!app.item(QStringLiteral("about.refresh")).isEnabled());
+    QTRY_COMPARE_WITH_TIMEOUT(app.text(QStringLiteral("about.resetReport")), resetFailed, 20000);
+    waitForValues(app);
+    QCOMPARE(fields(app), nothingButTheVersion);
+}
+
+void TestAboutPage::refreshBetweenTwoLooksLosesNoField()
+{
+    m_tools->setScript(QStringLiteral("fw_setenv"), "exit 1");
+    AppSession app(9);
+    waitForValues(app);
+    page(app).setProperty("firstLook", 100);
+    app.click(resetButton);
+    m_tools->clear();
+    app.click(confirmButton);
+    QTRY_COMPARE(m_tools->runs(QStringLiteral("fw_printenv")).size(), 1);
+    // The second look falls into this reading.
+    slowDown("0.3");
+    refresh(app);
+    QTRY_COMPARE_WITH_TIMEOUT(app.text(QStringLiteral("about.resetReport")), resetFailed, 20000);
+    QCOMPARE(fields(app), nothingButTheVersion);
+}
+
+void TestAboutPage::refreshBetweenTwoLooksTakesTheNextNoChance()
+{
+    const auto looks = [this] {
+        return m_tools->runs(QStringLiteral("fw_printenv")).filter(QStringLiteral("tachLow")).size();
+    };
+    m_tools->setScript(QStringLiteral("fw_setenv"), "exit 1");
+    AppSession app(9);
+    waitForValues(app);
+    m_tools->clear();
+    page(app).setProperty("firstLook", 250);
     app.click(resetButton);
     app.click(confirmButton);
-    QTRY_COMPARE_WITH_TIMEOUT(app.text(QStringLiteral("about.resetReport")),
-                              QStringLiteral("The values are still there, or cannot be read."), 10000);
-    QCOMPARE(app.text(QStringLiteral("about.calibration")), QStringLiteral("Not available"));
+    QTRY_COMPARE(looks(), 1);
+    refresh(app);
+    QCOMPARE(looks(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(app.text(QStringLiteral("about.resetReport")), resetFailed, 10000);
+    QCOMPARE(looks(), 4);
+}
+
+void TestAboutPage::newCalibrationEndsTheReportOfTheReset_data()
+{
+    QTest::addColumn<QByteArray>("environment");
+    QTest::addColumn<QStringList>("shown");
+    QTest::newRow("all three") << QByteArray("echo 812; echo 1190; echo 440; echo 2200; echo 1750")
+                               << words("812|1190|440|2200|1750");
+    QTest::newRow("one of them") << QByteArray("echo 812; echo 1190; echo; echo 2200; echo")
+                                 << words("812|1190|Not available|2200|Not available");
+    QTest::newRow("cannot be read") << QByteArray("exit 1") << words("||||");
+}
+
+void TestAboutPage::newCalibrationEndsTheReportOfTheReset()
+{
+    QFETCH(QByteArray, environment);
+    QFETCH(QStringList, shown);
+    AppSession app(9);
+    waitForValues(app);
+    reset(app, resetDone);
+    m_tools->setScript(QStringLiteral("fw_printenv"), environment);
+    refresh(app);
+    QCOMPARE(app.text(QStringLiteral("about.resetReport")), noReport);
+    QCOMPARE(cells(app, QStringLiteral("about.calibration")), shown);
+}
+
+void TestAboutPage::refreshAfterAResetKeepsItsReport()
+{
+    AppSession app(9);
+    waitForValues(app);
+    reset(app, resetDone);
+    refresh(app);
+    QCOMPARE(app.text(QStringLiteral("about.resetReport")), resetDone);
+    QCOMPARE(cells(app, QStringLiteral("about.calibration")), words("812|1190|Deleted|Deleted|Deleted"));
+}
+
+void TestAboutPage::refreshAfterAFailedResetLooksAnew_data()
+{
+    QTest::addColumn<QByteArray>("afterwards");
+    QTest::addColumn<QString>("report");
+    QTest::newRow("deleted late") << QByteArray("echo 812; echo 1190; echo; echo; echo") << resetDone;
+    QTest::newRow("still there") << QByteArray("echo 812; echo 1190; echo 436; echo 2213; echo 1764")
+                                 << noReport;
+}
+
+void TestAboutPage::refreshAfterAFailedResetLooksAnew()
+{
+    QFETCH(QByteArray, afterwards);
+    QFETCH(QString, report);
+    m_tools->setScript(QStringLiteral("fw_setenv"), "exit 1");
+    AppSession app(9);
+    waitForValues(app);
+    reset(app, resetFailed);
+    m_tools->setScript(QStringLiteral("fw_printenv"), afterwards);
+    refresh(app);
+    QCOMPARE(app.text(QStringLiteral("about.resetReport")), report);
 }
 
 void TestAboutPage::shipModeIsShown_data()

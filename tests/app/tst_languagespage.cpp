@@ -2,7 +2,12 @@
 #include "appsession.h"
 #include "settingsfile.h"
 
+#include <QtCore/QDir>
 #include <QtTest/QtTest>
+
+/// Makes it impossible to write the compositor's file.
+using Obstacle = bool (*)();
+Q_DECLARE_METATYPE(Obstacle)
 
 class TestLanguagesPage : public QObject
 {
@@ -24,6 +29,9 @@ private Q_SLOTS:
     void longListOpensWithFewItems();
     void listOpensAtTheStoredLayout();
     void lineSaysWhenTheLayoutIsTaken();
+    void layoutThatIsNotWrittenIsReported_data();
+    void layoutThatIsNotWrittenIsReported();
+    void fileThatIsMissingIsMade();
 
 private:
     QByteArray m_environment;
@@ -40,10 +48,35 @@ QByteArray environmentLines()
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+/// Takes away whatever lies at the place of the file.
+void makeFree()
+{
+    if (QFileInfo(environmentFile).isDir())
+        QVERIFY(QDir(environmentFile).removeRecursively());
+    else
+        QFile::remove(environmentFile);
+}
+
 void type(AppSession &app, const char *text)
 {
     for (const char *letter = text; *letter; ++letter)
         QTest::keyClick(app.window(), *letter);
+}
+
+/// By typing and keys, where the search finds it first.
+void chooseLayout(AppSession &app, const char *search)
+{
+    app.press(layoutChooser, Qt::Key_Return);
+    QTRY_VERIFY(app.isVisible(QStringLiteral("keyboardLayout.search")));
+    type(app, search);
+    QTest::keyClick(app.window(), Qt::Key_Down);
+    QTest::keyClick(app.window(), Qt::Key_Return);
+    QTRY_VERIFY(!app.isVisible(QStringLiteral("keyboardLayout.search")));
+}
+
+QString warning(AppSession &app)
+{
+    return app.property(layoutChooser, "warning").toString();
 }
 
 QString value(AppSession &app, const QString &item)
@@ -85,6 +118,8 @@ void TestLanguagesPage::initTestCase()
 void TestLanguagesPage::init()
 {
     SettingsFile::removeAll();
+    makeFree();
+    QVERIFY(QDir().mkpath(QFileInfo(environmentFile).path()));
     QFile file(environmentFile);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(m_environment);
@@ -160,12 +195,7 @@ void TestLanguagesPage::storedLayoutIsShownAgain()
 void TestLanguagesPage::layoutIsPickedByKeysAlone()
 {
     AppSession app(4);
-    app.press(layoutChooser, Qt::Key_Return);
-    QTRY_VERIFY(app.isVisible(QStringLiteral("keyboardLayout.search")));
-    type(app, "russian");
-    QTest::keyClick(app.window(), Qt::Key_Down);
-    QTest::keyClick(app.window(), Qt::Key_Return);
-    QTRY_VERIFY(!app.isVisible(QStringLiteral("keyboardLayout.search")));
+    chooseLayout(app, "russian");
     QCOMPARE(SettingsFile::content(), QByteArray("[locale]\nkeyboardLayout=ru\n"));
     QVERIFY(environmentLines().contains("XKB_DEFAULT_LAYOUT=ru\n"));
 }
@@ -226,6 +256,44 @@ void TestLanguagesPage::lineSaysWhenTheLayoutIsTaken()
     AppSession app(4);
     QCOMPARE(app.property(layoutChooser, "description").toString(),
              QStringLiteral("The display takes it when the printer starts next"));
+}
+
+void TestLanguagesPage::layoutThatIsNotWrittenIsReported_data()
+{
+    QTest::addColumn<Obstacle>("obstruct");
+    QTest::newRow("a folder in the place of the file")
+        << Obstacle([] { return QDir().mkdir(environmentFile); });
+    QTest::newRow("no folder for the file")
+        << Obstacle([] { return QDir(QFileInfo(environmentFile).path()).removeRecursively(); });
+    QTest::newRow("a line without an end") << Obstacle([] {
+        QFile file(environmentFile);
+        return file.open(QIODevice::WriteOnly) && file.write("XKB_DEFAULT_LAYOUT=us") > 0;
+    });
+}
+
+void TestLanguagesPage::layoutThatIsNotWrittenIsReported()
+{
+    QFETCH(Obstacle, obstruct);
+    AppSession app(4);
+    chooseLayout(app, "russian");
+    QCOMPARE(warning(app), QString());
+    makeFree();
+    QVERIFY(obstruct());
+    chooseLayout(app, "german no dead");
+    QCOMPARE(warning(app), QStringLiteral("The display does not get this layout: it could not be written."));
+
+    init();
+    chooseLayout(app, "swedish");
+    QCOMPARE(warning(app), QString());
+}
+
+void TestLanguagesPage::fileThatIsMissingIsMade()
+{
+    AppSession app(4);
+    makeFree();
+    chooseLayout(app, "russian");
+    QCOMPARE(environmentLines(), QByteArray("XKB_DEFAULT_LAYOUT=ru\nXKB_DEFAULT_VARIANT=\n"));
+    QCOMPARE(warning(app), QString());
 }
 
 QTEST_MAIN(TestLanguagesPage)
