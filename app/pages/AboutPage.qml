@@ -101,7 +101,9 @@ SettingsPage {
             afterReset.stop();
             resetState = AboutPage.Done;
         } else if (resetState !== AboutPage.Looking) {
-            resetState = AboutPage.Idle;
+            // What could not be read says nothing new.
+            if (calibration.length > 0)
+                resetState = AboutPage.Idle;
         } else if (!afterReset.running) {
             lookAgain();
         }

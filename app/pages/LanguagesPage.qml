@@ -75,7 +75,7 @@ SettingsPage {
             objectName: ZBSettingsMain.KEY_KEYBOARD_LAYOUT
             text: qsTr("Keyboard layout")
             description: qsTr("The display takes it when the printer starts next")
-            warning: isLost ? qsTr("The display does not get this layout: it could not be written.") : ""
+            warning: isLost ? qsTr("The display does not get this layout.") : ""
             value: position >= 0 ? names[position] : stored !== "" ? stored : qsTr("Not chosen")
             onClicked: keyboardPicker.open()
             onVisibleChanged: {

@@ -2,6 +2,7 @@
 // can reach.
 #include "compositor.h"
 
+#include "endrequest.h"
 #include "environmentfile.h"
 #include "processend.h"
 
@@ -45,7 +46,8 @@ QString Compositor::start(const QProcessEnvironment &environment, const QByteArr
 {
     const QString configurationFile = m_runtime.filePath(QStringLiteral("configuration"));
     if (!m_runtime.isValid() || !writeFile(configurationFile, configuration))
-        return QStringLiteral("cannot write in /tmp");
+        return QStringLiteral("cannot make a folder like %1: %2")
+            .arg(m_runtime.path(), m_runtime.errorString());
 
     m_clientEnvironment = environment;
     m_clientEnvironment.remove(QStringLiteral("DISPLAY"));
@@ -82,7 +84,7 @@ QString Compositor::start(const QProcessEnvironment &environment, const QByteArr
     QElapsedTimer elapsed;
     elapsed.start();
     while (socket().isEmpty()) {
-        if (m_process.waitForFinished(10) || elapsed.hasExpired(startMilliseconds)
+        if (EndRequest::hasCome() || m_process.waitForFinished(10) || elapsed.hasExpired(startMilliseconds)
             || m_process.state() == QProcess::NotRunning)
             return QStringLiteral("the compositor did not come up:\n")
                 + QString::fromLocal8Bit(m_process.readAll());

@@ -37,7 +37,10 @@ QString KeyboardTrial::start(const QByteArray &environmentFile)
         return complaint;
 
     m_client.setProcessEnvironment(m_compositor.clientEnvironment());
+    // Until it has become the client it is still this program, which does not die of SIGTERM.
     m_client.start(m_clientProgram, {QStringLiteral("--report")});
+    if (!m_client.waitForStarted())
+        return QStringLiteral("cannot run ") + m_clientProgram;
     while (!m_hasFocus) {
         if (!readLine())
             return QStringLiteral("the text field got no focus: ")

@@ -30,26 +30,28 @@ QString textField()
 
 bool areKeyCodes(const QStringList &texts)
 {
-    // What an X server has for keys.
-    constexpr int lowest = 8;
+    // Of what an X server has for keys. xdotool takes 8 and 9 for the digits, since those are names of keys.
+    constexpr int lowest = 10;
     constexpr int highest = 255;
     return !texts.isEmpty() && std::all_of(texts.begin(), texts.end(), [](const QString &text) {
         bool isNumber = false;
         const int code = text.toInt(&isNumber);
-        return isNumber && code >= lowest && code <= highest;
+        return isNumber && text == QString::number(code) && code >= lowest && code <= highest;
     });
 }
 
 int runTrial(const QByteArray &environmentFile, const QStringList &keyCodes, const QString &picture)
 {
     if (!areKeyCodes(keyCodes))
-        return fail(QStringLiteral("--type takes key codes from 8 to 255 with commas between them"));
+        return fail(QStringLiteral("--type takes key codes from 10 to 255 with commas between them"));
     KeyboardTrial trial(textField());
     QString complaint = trial.start(environmentFile);
     if (complaint.isEmpty())
         complaint = trial.type(keyCodes);
     if (complaint.isEmpty() && !picture.isEmpty())
         complaint = trial.writePicture(picture);
+    if (EndRequest::hasCome())
+        return fail(QStringLiteral("told to end"));
     if (!complaint.isEmpty())
         return fail(complaint);
     QTextStream(stdout) << trial.typed().join(QString()) << '\n';
@@ -114,10 +116,14 @@ int main(int argumentCount, char **arguments)
     if (!file.open(QIODevice::ReadOnly))
         return fail(QStringLiteral("cannot read %1: %2").arg(file.fileName(), file.errorString()));
     const QByteArray content = file.readAll();
+    const QStringList command = parser.positionalArguments();
+    if (parser.isSet(type) && !command.isEmpty())
+        return fail(QStringLiteral("--type types in a text field and takes no command"));
+    if (parser.isSet(picture) && !parser.isSet(type))
+        return fail(QStringLiteral("--picture needs --type"));
     const EndRequest endRequest;
     if (parser.isSet(type))
         return runTrial(content, parser.value(type).split(QLatin1Char(','), Qt::SkipEmptyParts),
                         parser.value(picture));
-    const QStringList command = parser.positionalArguments();
     return runForPerson(content, command.isEmpty() ? QStringList{textField()} : command, endRequest);
 }

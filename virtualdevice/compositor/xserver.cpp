@@ -1,6 +1,7 @@
 // Runs Xvfb, which writes the number of its display to its standard output once it listens.
 #include "xserver.h"
 
+#include "endrequest.h"
 #include "processend.h"
 
 #include <QtCore/QElapsedTimer>
@@ -8,6 +9,7 @@
 namespace {
 
 constexpr int startMilliseconds = 10000;
+constexpr int slice = 100;
 
 } // namespace
 
@@ -29,8 +31,10 @@ QString XServer::start()
     elapsed.start();
     QByteArray number;
     while (!number.contains('\n')) {
-        if (!m_process.waitForReadyRead(int(startMilliseconds - elapsed.elapsed())))
+        if (EndRequest::hasCome() || elapsed.hasExpired(startMilliseconds)
+            || m_process.state() == QProcess::NotRunning)
             return QStringLiteral("Xvfb did not come up");
+        m_process.waitForReadyRead(slice);
         number += m_process.readAllStandardOutput();
     }
     m_display = QLatin1Char(':') + QString::fromLatin1(number.trimmed());
