@@ -20,12 +20,10 @@ private Q_SLOTS:
     void nothingIsLeftWhenItIsTold();
 
 private:
-    static QStringList folders();
+    static QStringList foldersOf(qint64 process);
     void start(ChildProcess &process, const QStringList &arguments, const QByteArray &xdotool = {});
 
     QTemporaryDir m_folder;
-    // What others have left, or are using just now.
-    const QStringList m_foldersBefore = folders();
 };
 
 void TestCompositorProgram::initTestCase()
@@ -36,11 +34,12 @@ void TestCompositorProgram::initTestCase()
     }
 }
 
-QStringList TestCompositorProgram::folders()
+/// The folders of the program with this process id.
+QStringList TestCompositorProgram::foldersOf(qint64 process)
 {
     QStringList result;
     for (const QString &place : {QDir::tempPath(), QStringLiteral("/tmp")})
-        result += QDir(place).entryList({QStringLiteral("zbcompositor-*")});
+        result += QDir(place).entryList({QStringLiteral("zbcompositor-%1-*").arg(process)});
     return result;
 }
 
@@ -108,10 +107,11 @@ void TestCompositorProgram::keyWithoutAnAnswerIsAnError()
 {
     ChildProcess process;
     start(process, {QStringLiteral("--type"), QStringLiteral("29")}, "exit 3\n");
+    const qint64 processId = process.processId();
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitCode(), 1);
     QCOMPARE(process.readAllStandardOutput(), QByteArray());
-    QCOMPARE(folders(), m_foldersBefore);
+    QCOMPARE(foldersOf(processId), QStringList());
 }
 
 void TestCompositorProgram::nothingIsLeftWhenItIsTold_data()
@@ -131,12 +131,13 @@ void TestCompositorProgram::nothingIsLeftWhenItIsTold()
     start(process, {QStringLiteral("--type"), QStringLiteral("29")},
           "touch '" + QFile::encodeName(mark) + "'\nexec sleep 60\n");
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(mark), 10000);
-    QCOMPARE(folders().size(), m_foldersBefore.size() + 1);
-    kill(pid_t(process.processId()), signalNumber);
+    const qint64 processId = process.processId();
+    QCOMPARE(foldersOf(processId).size(), 1);
+    kill(pid_t(processId), signalNumber);
     QVERIFY(process.waitForFinished(5000));
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
     QCOMPARE(process.exitCode(), 1);
-    QCOMPARE(folders(), m_foldersBefore);
+    QCOMPARE(foldersOf(processId), QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestCompositorProgram)

@@ -28,12 +28,18 @@ bool writeFile(const QString &path, const QByteArray &content)
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
+// Nobody could not enter root's folder for temporary files in a virtual device. With the process in the name,
+// so that it can be told whose a folder is.
+QString folderTemplate()
+{
+    const QString place = geteuid() == 0 ? QStringLiteral("/tmp") : QDir::tempPath();
+    return place + QStringLiteral("/zbcompositor-%1-XXXXXX").arg(getpid());
+}
+
 } // namespace
 
-// Nobody could not enter root's folder for temporary files in a virtual device.
 Compositor::Compositor()
-    : m_runtime((geteuid() == 0 ? QStringLiteral("/tmp") : QDir::tempPath())
-                + QStringLiteral("/zbcompositor-XXXXXX"))
+    : m_runtime(folderTemplate())
 {
 }
 
