@@ -206,7 +206,7 @@ void DeviceClockTest::nonsenseIsRefused()
     const QByteArrayList before = clockLog();
     const Run refused = timedatectl({QStringLiteral("set-time"), time});
     QCOMPARE(refused.status, 1);
-    QVERIFY2(refused.errors.startsWith("Failed to parse time specification"), refused.errors.constData());
+    QVERIFY2(refused.errors.startsWith("Failed to parse time "), refused.errors.constData());
     QCOMPARE(clockLog(), before);
 }
 
