@@ -252,8 +252,8 @@ public Q_SLOTS:
      * The value is stored as given, unchecked. `brightnessLevel`, `dimmingInactive`, `powerInactive`,
      * `automaticUpdateCheck`, `24Hour` and `dateFormat` are then passed on to the daemon; a call that fails
      * is logged and the value stays stored. The file is written before the slot returns, after the daemon has
-     * answered. A file that cannot be written is not reported; with no room on the disk
-     * it keeps what it holds.
+     * answered. A file that cannot be written is not reported; with no room on the disk it keeps what it
+     * holds.
      *
      * For `appFirstLaunchList` the value is one application name, which is added to the list (also when it is
      * in it already); settingFirstLaunchAppListChanged() follows. No other change signal is emitted.

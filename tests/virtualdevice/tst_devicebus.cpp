@@ -29,6 +29,9 @@ private slots:
     void killedDaemonIsSaidButIsNoFailure();
     void daemonLogIsKeptWhileTheDeviceRuns();
     void startsInWellUnderASecond();
+
+private:
+    static void endDaemonWith(int signalNumber, Launch *launch);
 };
 
 namespace {
@@ -247,19 +250,26 @@ void DeviceBusTest::withoutCommandItEndsWhenTold()
     QCOMPARE(device.launch().readErrors(), QByteArray());
 }
 
+/// Runs a device in \a launch whose daemon gets this signal, to the end.
+void DeviceBusTest::endDaemonWith(int signalNumber, Launch *launch)
+{
+    launch->start({QStringLiteral("/bin/sh"), QStringLiteral("-c"),
+                   QStringLiteral("echo $ZBVIRTUALDEVICE_DIRECTORY; read go")});
+    const QString directory = QFile::decodeName(launch->readLine());
+    const QVector<qint64> daemons = processesWithCommandLine(directory + QStringLiteral("/utilityd"));
+    QCOMPARE(daemons.size(), 1);
+    QCOMPARE(::kill(static_cast<pid_t>(daemons.constFirst()), signalNumber), 0);
+    // A dying process loses its command line before its end is seen.
+    QTRY_VERIFY(::kill(static_cast<pid_t>(daemons.constFirst()), 0) != 0);
+    launch->write("go\n");
+    QVERIFY(launch->waitForEnd());
+}
+
 void DeviceBusTest::crashOfTheDaemonIsAFailure()
 {
     Launch launch;
-    launch.start({QStringLiteral("/bin/sh"), QStringLiteral("-c"),
-                  QStringLiteral("echo $ZBVIRTUALDEVICE_DIRECTORY; read go")});
-    const QString directory = QFile::decodeName(launch.readLine());
-    const QVector<qint64> daemons = processesWithCommandLine(directory + QStringLiteral("/utilityd"));
-    QCOMPARE(daemons.size(), 1);
-    QCOMPARE(::kill(static_cast<pid_t>(daemons.constFirst()), SIGABRT), 0);
-    // A dying process loses its command line before its end is seen.
-    QTRY_VERIFY(::kill(static_cast<pid_t>(daemons.constFirst()), 0) != 0);
-    launch.write("go\n");
-    QVERIFY(launch.waitForEnd());
+    endDaemonWith(SIGABRT, &launch);
+    QVERIFY(!QTest::currentTestFailed());
     QCOMPARE(launch.exitStatus(), 125);
     const QByteArray errors = launch.readErrors();
     QVERIFY2(errors.startsWith("zbvirtualdevice: zbutilityd was ended by signal 6 (Aborted)"),
@@ -269,16 +279,8 @@ void DeviceBusTest::crashOfTheDaemonIsAFailure()
 void DeviceBusTest::killedDaemonIsSaidButIsNoFailure()
 {
     Launch launch;
-    launch.start({QStringLiteral("/bin/sh"), QStringLiteral("-c"),
-                  QStringLiteral("echo $ZBVIRTUALDEVICE_DIRECTORY; read go")});
-    const QString directory = QFile::decodeName(launch.readLine());
-    const QVector<qint64> daemons = processesWithCommandLine(directory + QStringLiteral("/utilityd"));
-    QCOMPARE(daemons.size(), 1);
-    QCOMPARE(::kill(static_cast<pid_t>(daemons.constFirst()), SIGKILL), 0);
-    // A dying process loses its command line before its end is seen.
-    QTRY_VERIFY(::kill(static_cast<pid_t>(daemons.constFirst()), 0) != 0);
-    launch.write("go\n");
-    QVERIFY(launch.waitForEnd());
+    endDaemonWith(SIGKILL, &launch);
+    QVERIFY(!QTest::currentTestFailed());
     QCOMPARE(launch.exitStatus(), 0);
     QCOMPARE(launch.readErrors(), QByteArray("zbvirtualdevice: zbutilityd was ended by signal 9 (Killed)\n"));
 }
