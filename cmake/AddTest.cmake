@@ -1,8 +1,9 @@
-# zb_add_test(NAME [VIRTUAL_DEVICE | VIRTUAL_BUS] [WITHOUT_DAEMON] SOURCES ... [LIBRARIES ...] [TIMEOUT seconds])
+# zb_add_test(NAME [VIRTUAL_DEVICE | VIRTUAL_BUS] [WITHOUT_DAEMON] [PRINTING] SOURCES ... [LIBRARIES ...] [TIMEOUT seconds])
 #
 # A QtTest program that ctest runs. With VIRTUAL_DEVICE it runs inside a whole virtual device of its own, gone when the
 # test ends, and is skipped where the machine allows none; with VIRTUAL_BUS only system bus, utility daemon and home
 # folder are its own, which every machine allows and is quicker. WITHOUT_DAEMON leaves the daemon to the test.
+# With PRINTING either has a print scheduler with the queue BrackenXL, which the other tests do not pay for.
 # The locale and the time zone are fixed, since both are read once per process and change texts and time stamps.
 find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
 
@@ -21,7 +22,8 @@ function(zb_compile_quickly name)
 endfunction()
 
 function(zb_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "VIRTUAL_DEVICE;VIRTUAL_BUS;WITHOUT_DAEMON" "TIMEOUT" "SOURCES;LIBRARIES")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "VIRTUAL_DEVICE;VIRTUAL_BUS;WITHOUT_DAEMON;PRINTING" "TIMEOUT"
+        "SOURCES;LIBRARIES")
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE Qt5::Test ${arg_LIBRARIES})
     zb_compile_quickly(${name})
@@ -33,6 +35,11 @@ function(zb_add_test name)
         endif()
         if(arg_WITHOUT_DAEMON)
             list(APPEND launcher --without-daemon)
+        endif()
+        if(arg_PRINTING)
+            list(APPEND launcher --with-printing)
+        else()
+            list(APPEND launcher --without-printing)
         endif()
         list(APPEND launcher --)
         add_dependencies(${name} zbvirtualdevice zbutilityd)

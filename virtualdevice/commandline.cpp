@@ -3,6 +3,8 @@
 
 #include "failure.h"
 
+#include <optional>
+
 namespace {
 
 const std::string tryHelp = "; 'zbvirtualdevice --help' lists the options";
@@ -32,6 +34,7 @@ CommandLine parseCommandLine(const std::vector<std::string> &arguments)
 {
     const std::string utilityDaemonOption = "--utilityd";
     CommandLine result;
+    std::optional<bool> printing;
     auto argument = arguments.begin();
     for (; argument != arguments.end() && beginsWith(*argument, "-") && *argument != "-"; ++argument) {
         if (*argument == "--") {
@@ -48,6 +51,8 @@ CommandLine parseCommandLine(const std::vector<std::string> &arguments)
             result.deviceClock = true;
         else if (*argument == "--with-data-partition")
             result.withDataPartition = true;
+        else if (*argument == "--with-printing" || *argument == "--without-printing")
+            printing = *argument == "--with-printing";
         else if (*argument == utilityDaemonOption && argument + 1 != arguments.end())
             result.utilityDaemon = nonEmptyPath(*++argument);
         else if (*argument == utilityDaemonOption)
@@ -58,6 +63,7 @@ CommandLine parseCommandLine(const std::vector<std::string> &arguments)
             throw Failure("there is no option '" + *argument + "'" + tryHelp);
     }
     result.command.assign(argument, arguments.end());
+    result.printing = printing.value_or(!result.busOnly);
     refuseWithBusOnly(result.busOnly && result.deviceClock, "--device-clock");
     refuseWithBusOnly(result.busOnly && result.withDataPartition, "--with-data-partition");
     return result;
@@ -68,8 +74,8 @@ std::string helpText()
     return R"(Usage: zbvirtualdevice [OPTION...] [--] [COMMAND [ARGUMENT...]]
 
 Starts a private label printer on this PC and runs COMMAND in it: a system bus and the utility daemon, a home
-folder, /etc, /run and /var/lib, a network interface, a boot environment and a clock of its own. The machine
-stays as it is. The device ends with COMMAND and leaves no process and no file. Without COMMAND it prints the
+folder, /etc, /run and /var/lib, a network interface, a boot environment, a print queue and a clock of its own.
+The machine stays as it is. The device ends with COMMAND and leaves no process and no file. Without COMMAND it prints the
 device's environment for a shell to read, and waits for Ctrl-C.
 
   --bus-only             only the bus, the daemon and the home folder; needs no namespaces
@@ -77,6 +83,8 @@ device's environment for a shell to read, and waits for Ctrl-C.
   --utilityd PATH        the utility daemon to use, instead of the zbutilityd beside this program
   --device-clock         COMMAND sees the device's clock, which it can set, instead of the machine's
   --with-data-partition  an ext4 file system of its own on /var/lib/corvanta/data; needs root
+  --without-printing     without the print scheduler and its queue BrackenXL
+  --with-printing        with them, also with --bus-only
   -h, --help             print this text
 
 The exit status is COMMAND's own, or 128 + N if signal N ended it, 127 if there is no such command, 126 if

@@ -14,6 +14,8 @@ struct CommandLine
     bool deviceClock = false;
     /// An ext4 file system of the device's own.
     bool withDataPartition = false;
+    /// A print scheduler with the printer's queue.
+    bool printing = false;
     /// The utility daemon to start; empty means the one beside the launcher.
     std::string utilityDaemon;
     /// COMMAND and its arguments; empty means that the person wants the device without a command.

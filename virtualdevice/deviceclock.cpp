@@ -36,12 +36,6 @@ std::string linkedProgram(const std::string &path)
     return deviceRuntimeFolder + path.substr(path.rfind('/'));
 }
 
-void makeLink(const std::string &target, const std::string &path)
-{
-    if (symlink(target.c_str(), path.c_str()) != 0)
-        throw systemFailure("cannot make the link '" + path + "'");
-}
-
 // The services end with this process, however that ends: without a bus, systemd-timedated would go on for
 // half a minute, and the device's namespaces with it.
 void describeService(const std::string &name, const std::string &command)

@@ -34,6 +34,11 @@ public:
     std::string clock() const { return m_path + "/clock"; }
     /// What the utility daemon keeps across restarts.
     std::string utilityDaemonState() const { return m_path + "/utilityd"; }
+    /// The print scheduler's own tree.
+    std::string printing() const { return m_path + "/printing"; }
+    std::string printingConfiguration() const { return printing() + "/etc"; }
+    /// The documents that were printed.
+    std::string printed() const { return printing() + "/printed"; }
     /// What the program NAME, a part of the device, writes to its standard output and error.
     std::string logFile(const std::string &name) const;
 

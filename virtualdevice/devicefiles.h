@@ -6,8 +6,8 @@
 /// The product's folder in /etc and in /var/lib, with a slash before it.
 extern const std::string productFolder;
 
-/// The compositor's environment.
+/// The compositor's environment, and where the configuration of the print scheduler is.
 void placeEtcFiles(const Overlay &etc);
 
-/// The folder of the test pages.
+/// The test pages.
 void placeSharedFiles(const Overlay &usrShare);

@@ -36,6 +36,9 @@ public:
     /// Looks at what has arrived, without waiting, and tells whether the part can be used.
     virtual bool isReady() = 0;
 
+    /// The signal that ends the program.
+    virtual int endSignal() const { return SIGTERM; }
+
 protected:
     const DeviceDirectory &directory() const { return m_directory; }
 

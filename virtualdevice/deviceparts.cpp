@@ -4,6 +4,8 @@
 #include "deviceclock.h"
 #include "ownfiles.h"
 #include "runtimefolder.h"
+#include "scheduler.h"
+#include "schedulerfiles.h"
 #include "systembus.h"
 #include "utilitydaemon.h"
 
@@ -36,7 +38,8 @@ void keepDisplay(EnvironmentChanges *changes, const Environment &callers)
 } // namespace
 
 std::vector<std::unique_ptr<DevicePart>> makeDeviceParts(const CommandLine &commandLine,
-                                                         const DeviceDirectory &directory)
+                                                         const DeviceDirectory &directory,
+                                                         const SchedulerPlace &schedulerPlace)
 {
     std::vector<std::unique_ptr<DevicePart>> parts;
     const SystemBusOfAMachine machine =
@@ -44,11 +47,13 @@ std::vector<std::unique_ptr<DevicePart>> makeDeviceParts(const CommandLine &comm
     parts.push_back(std::make_unique<SystemBus>(directory, machine));
     if (!commandLine.withoutDaemon)
         parts.push_back(std::make_unique<UtilityDaemon>(directory, utilityDaemonPath(commandLine)));
+    if (commandLine.printing)
+        parts.push_back(std::make_unique<Scheduler>(directory, schedulerPlace));
     return parts;
 }
 
 EnvironmentChanges deviceEnvironment(const CommandLine &commandLine, const DeviceDirectory &directory,
-                                     const Environment &callers)
+                                     const SchedulerPlace &schedulerPlace, const Environment &callers)
 {
     EnvironmentChanges changes;
     changes.unset = {"DBUS_SESSION_BUS_ADDRESS", "DBUS_STARTER_ADDRESS", "DBUS_STARTER_BUS_TYPE"};
@@ -64,6 +69,9 @@ EnvironmentChanges deviceEnvironment(const CommandLine &commandLine, const Devic
         {directoryVariable, directory.path()},
         {"ZBVIRTUALDEVICE_UTILITYD", utilityDaemonPath(commandLine)},
     };
+    changes.add(withoutOtherSchedulers());
+    if (commandLine.printing)
+        changes.add(schedulerVariables(directory, schedulerPlace));
     keepDisplay(&changes, callers);
     if (!commandLine.busOnly)
         changes.add(clockFiles(directory));
@@ -71,11 +79,14 @@ EnvironmentChanges deviceEnvironment(const CommandLine &commandLine, const Devic
 }
 
 EnvironmentChanges environmentOutside(const CommandLine &commandLine, const DeviceDirectory &directory,
-                                      const Environment &callers)
+                                      const SchedulerPlace &schedulerPlace, const Environment &callers)
 {
     CommandLine asSeenFromThere = commandLine;
     asSeenFromThere.busOnly = true;
-    EnvironmentChanges changes = deviceEnvironment(asSeenFromThere, directory, callers);
+    asSeenFromThere.printing = commandLine.busOnly && commandLine.printing;
+    EnvironmentChanges changes = deviceEnvironment(asSeenFromThere, directory, schedulerPlace, callers);
+    if (commandLine.printing && !commandLine.busOnly)
+        changes.add(schedulerVariablesOutside(directory));
     // Not a program beside the device, but one that is brought into it from there looks for them.
     if (!commandLine.busOnly)
         changes.add(clockFiles(directory));

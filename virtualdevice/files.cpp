@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <fstream>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -37,6 +38,12 @@ void makePublicFolders(const std::string &path)
         if (end == std::string::npos)
             return;
     }
+}
+
+void makeLink(const std::string &target, const std::string &path)
+{
+    if (symlink(target.c_str(), path.c_str()) != 0)
+        throw systemFailure("cannot make the link '" + path + "'");
 }
 
 void writeFile(const std::string &path, const std::string &content)

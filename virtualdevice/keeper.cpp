@@ -126,6 +126,7 @@ private:
     const SignalQueue m_signals{{SIGCHLD, SIGINT, SIGQUIT, SIGTERM, SIGHUP, SIGPIPE, SIGTTOU}};
 
     std::optional<DeviceDirectory> m_directory;
+    SchedulerPlace m_schedulerPlace;
     FileDescriptor m_mountsOutside;
     ChildProgram m_surroundings;
     std::vector<RunningPart> m_parts;
@@ -284,7 +285,8 @@ void Keeper::announce() const
 {
     std::string text = "# A virtual device runs in " + m_directory->path()
         + " until Ctrl-C here, or SIGTERM.\n" + "# Another shell uses it once it has read these lines.\n"
-        + environmentOutside(m_commandLine, *m_directory, Environment::ofThisProcess()).asShellText();
+        + environmentOutside(m_commandLine, *m_directory, m_schedulerPlace, Environment::ofThisProcess())
+              .asShellText();
     if (!m_commandLine.busOnly)
         text +=
             "# They do not bring it into /etc, /run, /var/lib and the network of the device; this does, for "
@@ -310,7 +312,9 @@ int Keeper::runDevice()
     const Environment callers = Environment::ofThisProcess();
     m_surroundings.environment = callers;
     m_surroundings.signalMask = m_mask;
-    deviceEnvironment(m_commandLine, *m_directory, callers).applyTo(&m_surroundings.environment);
+    m_schedulerPlace = chooseSchedulerPlace(m_commandLine, *m_directory);
+    deviceEnvironment(m_commandLine, *m_directory, m_schedulerPlace, callers)
+        .applyTo(&m_surroundings.environment);
     // COMMAND cannot be moved into them later.
     if (!m_commandLine.busOnly)
         m_mountsOutside = enterNamespaces();
@@ -322,7 +326,7 @@ int Keeper::runDevice()
     setsid();
     if (!m_commandLine.busOnly)
         setUpWholeDevice(m_commandLine, *m_directory, m_surroundings, callers);
-    for (std::unique_ptr<DevicePart> &part : makeDeviceParts(m_commandLine, *m_directory))
+    for (std::unique_ptr<DevicePart> &part : makeDeviceParts(m_commandLine, *m_directory, m_schedulerPlace))
         m_parts.push_back({std::move(part), 0, false});
     for (RunningPart &running : m_parts) {
         bringUp(&running);
@@ -349,7 +353,7 @@ void Keeper::endPart(RunningPart *running)
 {
     if (running->process == 0)
         return;
-    kill(running->process, SIGTERM);
+    kill(running->process, running->part->endSignal());
     const Clock::time_point deadline = Clock::now() + partEndLimit;
     while (running->process != 0 && Clock::now() < deadline)
         waitForEvents(-1, deadline);

@@ -16,6 +16,7 @@
 const char *const wellKnownBusAddress = "unix:path=/run/dbus/system_bus_socket";
 const char *const serviceFolder = "/run/dbus/services";
 const char *const deviceRuntimeFolder = "/run/zbvirtualdevice";
+const char *const printingFolder = "/run/zbvirtualdevice/printing";
 
 namespace {
 

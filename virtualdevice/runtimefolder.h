@@ -22,3 +22,6 @@ extern const char *const wellKnownBusAddress;
 
 /// Folder in /run for what belongs to the device itself, with a path without odd characters.
 extern const char *const deviceRuntimeFolder;
+
+/// Folder in /run where a whole device sees the tree of its print scheduler.
+extern const char *const printingFolder;

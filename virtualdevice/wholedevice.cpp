@@ -9,6 +9,7 @@
 #include "failure.h"
 #include "networkinterface.h"
 #include "overlay.h"
+#include "printing.h"
 #include "runtimefolder.h"
 
 namespace {
@@ -38,6 +39,9 @@ void setUpWholeDevice(const CommandLine &commandLine, const DeviceDirectory &dir
     makeFolders(directory, withDataPartition);
     makeRuntimeFolder(displayFolders(callers));
     makeDeviceClock(directory);
+    showPrinting(directory);
+    if (commandLine.printing)
+        preparePlacesToListen();
 
     const InheritedCapabilities forTheTools;
     makeNetworkInterface(surroundings, directory);

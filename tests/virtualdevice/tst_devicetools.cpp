@@ -28,7 +28,9 @@ private slots:
     void storageIsListedWhereThereIsExt4();
     void compositorsEnvironmentHasALayout();
     void compositorsEnvironmentCanBeWrittenInPlaceAndReplaced();
-    void testPagesHaveAFolder();
+    void testPagesAreDocumentsOfTheirSize_data();
+    void testPagesAreDocumentsOfTheirSize();
+    void machinesSharedFilesAreInSightToo();
     void busIsFoundWithoutAVariable();
     void daemonStartsConnected();
 };
@@ -182,11 +184,45 @@ void DeviceToolsTest::compositorsEnvironmentCanBeWrittenInPlaceAndReplaced()
     QCOMPARE(file.readAll(), before);
 }
 
-void DeviceToolsTest::testPagesHaveAFolder()
+void DeviceToolsTest::testPagesAreDocumentsOfTheirSize_data()
 {
-    QVERIFY(QFileInfo(QStringLiteral("/usr/share/data/Corvanta/TestPages/BrackenXL")).isDir());
-    QVERIFY2(QFileInfo(QStringLiteral("/usr/share/zoneinfo")).isDir(),
-             "the machine's files are in sight too");
+    QTest::addColumn<int>("inches");
+    QTest::newRow("testpage_4x4.tavo") << 4;
+    QTest::newRow("testpage_6x6.tavo") << 6;
+    QTest::newRow("testpage_9x9.tavo") << 9;
+}
+
+void DeviceToolsTest::testPagesAreDocumentsOfTheirSize()
+{
+    QFETCH(int, inches);
+    const QString path = QStringLiteral("/usr/share/data/Corvanta/TestPages/BrackenXL/")
+        + QLatin1String(QTest::currentDataTag());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray page = file.readAll();
+    const QByteArray size = QByteArray::number(inches);
+    const QByteArray points = QByteArray::number(72 * inches);
+    QVERIFY(page.startsWith("%PDF-1.4\n"));
+    QVERIFY(page.endsWith("%%EOF\n"));
+    QVERIFY(page.contains("/MediaBox [0 0 " + points + ' ' + points + ']'));
+    QVERIFY(page.contains("(BrackenXL test page " + size + " x " + size + ')'));
+    // Readers find the objects by the table, and the table by the number at the end.
+    const int table = page.mid(page.lastIndexOf("startxref\n") + 10).split('\n').constFirst().toInt();
+    const QList<QByteArray> lines = page.mid(table).split('\n');
+    QCOMPARE(lines.value(0), QByteArray("xref"));
+    QCOMPARE(lines.value(2), QByteArray("0000000000 65535 f "));
+    for (int object = 1; object <= 4; ++object) {
+        const int begin = lines.value(object + 2).left(10).toInt();
+        QVERIFY(page.mid(begin).startsWith(QByteArray::number(object) + " 0 obj\n"));
+        QCOMPARE(lines.value(object + 2).size(), 19);
+    }
+    const int stream = page.indexOf("stream\n") + 7;
+    QVERIFY(page.contains("/Length " + QByteArray::number(page.indexOf("endstream") - stream) + ' '));
+}
+
+void DeviceToolsTest::machinesSharedFilesAreInSightToo()
+{
+    QVERIFY(QFileInfo(QStringLiteral("/usr/share/zoneinfo")).isDir());
 }
 
 void DeviceToolsTest::busIsFoundWithoutAVariable()

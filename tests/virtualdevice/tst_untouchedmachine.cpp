@@ -35,6 +35,8 @@ namespace {
 // to pay.
 const char *const havoc =
     "[ \"$(readlink /proc/self/ns/mnt)\" != \"$1\" ] || exit 99;"
+    "lp -d BrackenXL /etc/passwd; lpoptions -p BrackenXL -o Feed=Custom.1;"
+    "rm -rf /etc/cups/*; touch /etc/cups/zb-new;"
     "touch /etc/zb-new /run/lock/zb-new /run/zb-new /usr/share/data/zb-new /var/lib/zb-new;"
     "mkdir -p /etc/corvanta/folder;"
     "rm -f /etc/hostname /etc/fw_env.config /usr/share/data/Corvanta;"
@@ -81,6 +83,8 @@ QByteArray machine()
         result += listing(QLatin1String(folder), QDirIterator::Subdirectories);
     for (const char *const folder : {"/run", "/run/systemd", "/var/lib", "/usr/share", "/dev/shm"})
         result += describe(QLatin1String(folder));
+    for (const char *const folder : {"/var/cache/cups", "/var/log/cups", "/var/spool/cups", "/root/.cups"})
+        result += listing(QLatin1String(folder), QDirIterator::Subdirectories);
     for (const QString &name :
          QDir(QStringLiteral("/sys/class/net")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot))
         result += name.toLocal8Bit() + '\n';
@@ -222,7 +226,7 @@ void UntouchedMachineTest::deviceSeesNothingOfTheMachinesRunFolder()
     Launch launch;
     launch.run(shell(QStringLiteral("ls /run; ls /run/lock; ls -ld /run/lock | cut -c1-10")));
     QCOMPARE(launch.readOutput(),
-             QByteArray("dbus\nlock\nsystemd\nzbvirtualdevice\nfw_printenv.lock\ndrwxrwxrwt\n"));
+             QByteArray("cups\ndbus\nlock\nsystemd\nzbvirtualdevice\nfw_printenv.lock\ndrwxrwxrwt\n"));
 }
 
 void UntouchedMachineTest::hostNameIsTheDevicesOwn()

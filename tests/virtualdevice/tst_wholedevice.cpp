@@ -223,8 +223,8 @@ void WholeDeviceTest::displaySocketStaysReachable()
     QCOMPARE(launch.readErrors(), QByteArray());
     QCOMPARE(launch.readOutput(),
              QByteArray("/run/user/7/wayland-7\nthere\n"
-                        "dbus\nlock\nsystemd\nuser\nzbvirtualdevice\n"
-                        "dbus\nlock\nsystemd\nzbvirtualdevice\n"));
+                        "cups\ndbus\nlock\nsystemd\nuser\nzbvirtualdevice\n"
+                        "cups\ndbus\nlock\nsystemd\nzbvirtualdevice\n"));
 }
 
 void WholeDeviceTest::otherShellsEnterByTheAnnouncedCommand()
