@@ -7,3 +7,4 @@ void registerNotificationBenchmarks();
 void registerTabMessageBenchmarks();
 void registerAboutBenchmarks();
 void registerLocaleBenchmarks();
+void registerPrinterOptionBenchmarks();

@@ -105,6 +105,7 @@ int main(int argumentCount, char **arguments)
     registerTabMessageBenchmarks();
     registerAboutBenchmarks();
     registerLocaleBenchmarks();
+    registerPrinterOptionBenchmarks();
 
     RatioReport report(!options.isSmoke);
     runAll(report);

@@ -1,0 +1,199 @@
+// The options under many hands: processes that write at the same time, and processes that are killed.
+//
+// What a killed process leaves is up to the kernel and not to the disk, so the disk syncs of the writers are
+// left out here, which lets far more moments of a change be hit in the same time.
+#include "cupssupport.h"
+#include "optionshome.h"
+
+#include <QtTest/QtTest>
+
+#include <csignal>
+#include <fcntl.h>
+#include <functional>
+#include <random>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+const QByteArray start = QByteArrayLiteral("# mine\nDest Ghost Feed=Custom.9\nDest BrackenXL ");
+const QByteArray end = QByteArrayLiteral(" Keep='as it is'\nDest BrackenXL/draft Feed=Custom.8\n");
+
+bool isSyncing = true;
+int syncs = 0;
+
+/// A process that does \a work and ends, or is killed with this object.
+class Worker
+{
+public:
+    explicit Worker(const std::function<void()> &work)
+        : m_process(fork())
+    {
+        if (m_process != 0)
+            return;
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        work();
+        _exit(0);
+    }
+    ~Worker() { kill(); }
+
+    /// Whether it ended by itself.
+    bool wait()
+    {
+        int status = -1;
+        const pid_t process = m_process;
+        m_process = -1;
+        return process > 0 && waitpid(process, &status, 0) == process && WIFEXITED(status)
+            && WEXITSTATUS(status) == 0;
+    }
+    bool isRunning() const
+    {
+        siginfo_t information = {};
+        return waitid(P_PID, id_t(m_process), &information, WEXITED | WNOHANG | WNOWAIT) == 0
+            && information.si_pid == 0;
+    }
+    void kill()
+    {
+        if (m_process <= 0)
+            return;
+        ::kill(m_process, SIGKILL);
+        waitpid(m_process, nullptr, 0);
+        m_process = -1;
+    }
+
+private:
+    Q_DISABLE_COPY(Worker)
+    pid_t m_process;
+};
+
+/// The number that the process wrote last into the pipe \a file, which has only whole numbers.
+int lastNumberIn(int file)
+{
+    int number = 0;
+    int next = 0;
+    while (read(file, &next, sizeof next) == sizeof next)
+        number = next;
+    return number;
+}
+
+int feedIn(const QByteArray &text)
+{
+    const QByteArray lead = start + "Feed=Custom.";
+    if (!text.startsWith(lead) || !text.endsWith(end))
+        return -1;
+    return text.mid(lead.size(), text.size() - lead.size() - end.size()).toInt();
+}
+
+} // namespace
+
+extern "C" __attribute__((visibility("default"))) int fsync(int file)
+{
+    ++syncs;
+    return isSyncing ? int(syscall(SYS_fsync, file)) : 0;
+}
+
+class TestManyHands : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void setIsSyncedBeforeItReturns();
+    void killedWriterLeavesTheOldOrTheNewFile();
+    void twoProcessesLoseNothing();
+};
+
+void TestManyHands::setIsSyncedBeforeItReturns()
+{
+    const OptionsHome home;
+    CupsSupport options;
+    options.setFeed(1);
+    const int before = syncs;
+    options.setFeed(2);
+    // The file's bytes, and its name in the folder.
+    QCOMPARE(syncs - before, 2);
+    options.setFeed(2);
+    QCOMPARE(syncs - before, 2);
+}
+
+void TestManyHands::killedWriterLeavesTheOldOrTheNewFile()
+{
+    const OptionsHome home;
+    QVERIFY(home.write(start + "Feed=Custom.1" + end));
+    std::mt19937 random(3);
+    std::uniform_int_distribution<int> microseconds(0, 2500);
+    int last = 1;
+    int moved = 0;
+    for (int i = 0; i < 200; ++i) {
+        int pipe[2] = {-1, -1};
+        QCOMPARE(pipe2(pipe, O_CLOEXEC), 0);
+        {
+            Worker worker([last, &pipe] {
+                isSyncing = false;
+                CupsSupport options;
+                for (int number = last; number < last + 100000; ++number) {
+                    const int value = 1 + number % 1999;
+                    options.setFeed(value);
+                    if (write(pipe[1], &value, sizeof value) != sizeof value)
+                        _exit(1);
+                }
+            });
+            close(pipe[1]);
+            usleep(useconds_t(microseconds(random)));
+            worker.kill();
+        }
+        const int reported = lastNumberIn(pipe[0]);
+        close(pipe[0]);
+        const int found = feedIn(home.text());
+        QVERIFY2(found >= 1, home.text().constData());
+        // What was said to be set is there, or the one that was being set.
+        if (reported > 0)
+            QVERIFY(found == reported || found == 1 + reported % 1999);
+        QVERIFY(home.files().size() <= 2);
+        moved += found != last ? 1 : 0;
+        last = found;
+    }
+    QVERIFY2(moved > 20, qPrintable(QString::number(moved)));
+    CupsSupport().setFeed(last == 7 ? 8 : 7);
+    QCOMPARE(home.files(), QStringList{QStringLiteral("lpoptions")});
+}
+
+void TestManyHands::twoProcessesLoseNothing()
+{
+    constexpr int count = 1000;
+    const OptionsHome home;
+    QVERIFY(home.write(start + "Dithering=65 Feed=0 Stop=0" + end));
+    Worker feeder([] {
+        isSyncing = false;
+        CupsSupport options;
+        for (int value = 1; value <= count; ++value) {
+            options.setFeed(value);
+            if (options.getFeed() != value)
+                _exit(1);
+        }
+    });
+    Worker stopper([] {
+        isSyncing = false;
+        CupsSupport options;
+        for (int value = 1; value <= count; ++value) {
+            options.setStop(-value);
+            if (options.getStop() != -value)
+                _exit(1);
+        }
+    });
+    const CupsSupport reader;
+    int feed = 0;
+    while (feeder.isRunning() || stopper.isRunning()) {
+        const int next = reader.getFeed();
+        QVERIFY(next >= feed);
+        feed = next;
+        QCOMPARE(reader.getDithering(), 65);
+    }
+    QVERIFY(feeder.wait());
+    QVERIFY(stopper.wait());
+    QCOMPARE(home.text(), start + "Dithering=65 Feed=Custom.1000 Stop=Custom.-1000" + end);
+}
+
+QTEST_APPLESS_MAIN(TestManyHands)
+#include "tst_manyhands.moc"
