@@ -1,0 +1,56 @@
+// System calls on one folder and its files: a lock, and files that are there as a whole or not at all.
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+/**
+ * An open folder. Everything that changes it is done under its lock, an exclusive flock(2) on the folder
+ * itself, which needs no file and which the kernel releases when its process ends in any way.
+ *
+ * Functions that return an int return 0, or the errno value (errno(3)) with which they failed.
+ */
+class FolderFiles
+{
+public:
+    enum class Opening {
+        Existing, ///< for reading; error() is ENOENT when there is no such folder
+        Locked, ///< as it is, for changes
+        MadeAndLocked ///< made if need be, with what is missing above it, for the user alone; for changes
+    };
+
+    /// Longest wait for the lock, in milliseconds; error() is EWOULDBLOCK after it.
+    static constexpr int patience = 500;
+    /// Larger files are not read (EFBIG) and not written.
+    static constexpr int largestFile = 4 * 1024 * 1024;
+
+    FolderFiles(const QString &path, Opening opening);
+    ~FolderFiles();
+
+    int error() const { return m_error; }
+
+    /// Names of all files but folders, sorted by code units; those that are not UTF-8 are left out.
+    int list(QStringList *names) const;
+    /// Content of a regular file. EINVAL for anything else.
+    int read(const QString &name, QByteArray *content) const;
+    /// Puts \a content on the disk under \a name, in place of what was there. Durable after sync().
+    int replace(const QString &name, const QByteArray &content);
+    /// Puts \a content on the disk under the name unfinishedFileName(), from which it is renamed.
+    int prepare(const QByteArray &content);
+    /// EEXIST when there is something of the name \a to.
+    int rename(const QString &from, const QString &to);
+    /// Done also when there is no such file.
+    int remove(const QString &name);
+    /// Until then a power cut may undo what was replaced, renamed and removed.
+    int sync() const;
+    /// Whether anything was replaced, renamed or removed.
+    bool hasChanged() const { return m_hasChanged; }
+
+private:
+    Q_DISABLE_COPY(FolderFiles)
+
+    int m_folder = -1;
+    int m_error = 0;
+    bool m_hasChanged = false;
+};

@@ -1,0 +1,66 @@
+// The presets folder: which presets are in it, in which order, and which one is current.
+#pragma once
+
+#include "folderfiles.h"
+#include "presettext.h"
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+#include <QtCore/QVector>
+
+#include <optional>
+
+/// A preset with the name of its file.
+struct StoredPreset
+{
+    QString fileName;
+    PresetRecord record;
+};
+
+/// What the folder holds for one printer model.
+struct PresetFolderContent
+{
+    QVector<StoredPreset> presets; ///< in their order
+    std::optional<PresetOrder> order; ///< as it was written last; nothing when it never was
+    QStringList unread; ///< names of files that stay although they could not be read
+    QStringList setAside; ///< names that damaged files had
+    QStringList complaints; ///< one line for the log each
+};
+
+/**
+ * The presets of \a modelName in the folder \a path, open as long as the object lives.
+ *
+ * Functions that return an int return 0, or the errno value with which they failed.
+ */
+class PresetFolder
+{
+public:
+    PresetFolder(const QString &path, const QString &modelName, FolderFiles::Opening opening);
+
+    int error() const { return m_files.error(); }
+
+    /**
+     * All presets that can be read. Damaged files are renamed to "*.damaged". Files of another model, of a
+     * newer format, and those that cannot be opened stay as they are.
+     */
+    int read(PresetFolderContent *content);
+    /// Puts \a record into a new file, named after \a wish; \a fileName becomes the file's name.
+    int add(const QString &wish, const PresetRecord &record, QString *fileName);
+    int remove(const QString &fileName) { return m_files.remove(fileName); }
+    /// The order without the presets; nothing when it was never written or is damaged.
+    std::optional<PresetOrder> readOrder() const;
+    /// Writes \a order, unless it is there already.
+    int writeOrder(const PresetOrder &order);
+    int sync() const { return m_files.sync(); }
+    bool hasChanged() const { return m_files.hasChanged(); }
+
+private:
+    void readPreset(const QString &fileName, PresetFolderContent *content);
+    void readOrder(PresetFolderContent *content);
+    void setAside(const QString &fileName, PresetFolderContent *content);
+    QString pathOf(const QString &fileName) const;
+
+    const QString m_path;
+    const QString m_modelName;
+    FolderFiles m_files;
+};

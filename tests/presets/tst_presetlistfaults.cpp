@@ -1,0 +1,440 @@
+// What happens to the presets when processes are killed, write at the same time, hang, or find no room.
+#include "messagelog.h"
+#include "presethome.h"
+#include "presetlist.h"
+
+#include <QtTest/QtTest>
+
+#include <csignal>
+#include <fcntl.h>
+#include <functional>
+#include <memory>
+#include <random>
+#include <sched.h>
+#include <sys/file.h>
+#include <sys/mount.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+const QString model = QStringLiteral("BrackenXL");
+constexpr int notAllowed = 77;
+
+// Copying a process with all that the sanitizer has mapped takes long.
+#ifdef __SANITIZE_ADDRESS__
+constexpr int kills = 30;
+constexpr int presetsOfEach = 20;
+#else
+constexpr int kills = 200;
+constexpr int presetsOfEach = 100;
+#endif
+
+void addPreset(PresetList *list, const QString &name)
+{
+    auto *preset = new Preset(model, name + QStringLiteral("_p"), Preset::User,
+                              {QStringLiteral("Feed"), name, QStringLiteral("Stop"), QStringLiteral("2.5")},
+                              name, QString(), list->applyLastPresetIndex());
+    list->addPreset(preset);
+    list->setCurrentPreset(preset);
+    list->save(list->getPredefinedPresetNames());
+}
+
+void deletePreset(PresetList *list, const QString &name)
+{
+    const QString next = list->deletePreset(list->findPreset(name));
+    list->setCurrentPreset(list->findPreset(next));
+    list->save(list->getPredefinedPresetNames());
+}
+
+// A copy of this process that does one thing and ends. It does not outlive the test.
+class Fork
+{
+public:
+    explicit Fork(const std::function<int()> &work)
+    {
+        m_process = fork();
+        if (m_process != 0)
+            return;
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        _exit(work());
+    }
+    ~Fork()
+    {
+        if (m_process > 0)
+            kill();
+    }
+
+    void kill()
+    {
+        ::kill(m_process, SIGKILL);
+        finish();
+    }
+
+    /// Its exit status, -1 when it was killed.
+    int finish()
+    {
+        int status = 0;
+        while (waitpid(m_process, &status, 0) < 0 && errno == EINTR) { }
+        m_process = -1;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+private:
+    Q_DISABLE_COPY(Fork)
+    pid_t m_process = -1;
+};
+
+// The largest file that this process may write, while the object lives; a full disk looks the same to
+// write(2).
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        m_handler = signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit now{bytes, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &now);
+    }
+    ~FileSizeLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        signal(SIGXFSZ, m_handler);
+    }
+
+private:
+    Q_DISABLE_COPY(FileSizeLimit)
+    sighandler_t m_handler;
+    rlimit m_before = {};
+};
+
+// Permission bits do not stop root. While it lives, root acts as a user without rights who owns the home.
+class OrdinaryUser
+{
+public:
+    explicit OrdinaryUser(const PresetHome &home)
+    {
+        constexpr uid_t nobody = 65534;
+        bool isOwner = m_before == 0;
+        QStringList paths{home.path(), home.path() + QStringLiteral("/.cups"), home.folder()};
+        for (const QString &name : home.names())
+            paths.append(home.folder() + name);
+        for (const QString &path : qAsConst(paths))
+            isOwner = isOwner && chown(QFile::encodeName(path).constData(), nobody, gid_t(-1)) == 0;
+        if (isOwner)
+            m_changed = seteuid(nobody) == 0;
+    }
+    ~OrdinaryUser()
+    {
+        if (m_changed && seteuid(m_before) != 0)
+            qFatal("cannot become root again");
+    }
+
+    bool isOrdinary() const { return geteuid() != 0; }
+
+private:
+    Q_DISABLE_COPY(OrdinaryUser)
+    const uid_t m_before = geteuid();
+    bool m_changed = false;
+};
+
+/// A small disk in memory at \a folder that only this process sees.
+bool mountDisk(const QByteArray &folder)
+{
+    const auto write = [](const char *path, const QByteArray &content) {
+        QFile file(QString::fromLatin1(path));
+        return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
+    };
+    const QByteArray user = QByteArray::number(getuid());
+    const QByteArray group = QByteArray::number(getgid());
+    if (getuid() == 0) {
+        if (unshare(CLONE_NEWNS) != 0)
+            return false;
+    } else if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0 || !write("/proc/self/setgroups", "deny")
+               || !write("/proc/self/uid_map", "0 " + user + " 1")
+               || !write("/proc/self/gid_map", "0 " + group + " 1")) {
+        return false;
+    }
+    return mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0
+        && mount("tmpfs", folder.constData(), "tmpfs", 0, "size=128k,mode=0700") == 0;
+}
+
+} // namespace
+
+class TestPresetListFaults : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void killsLoseNothing();
+    void twoProcessesLoseNothing();
+    void aFullDiskIsLoggedOnceAndLosesNothing();
+    void aFileThatDoesNotFitIsLoggedOnceAndLosesNothing();
+    void aReadOnlyHomeIsLoggedOnceAndLosesNothing();
+    void aHungProcessHidesNoPresetAndLosesNothing();
+    void anUnreadableFileStaysInTheList();
+    void whatAKilledProcessLeftIsNoObstacle();
+
+private:
+    std::unique_ptr<PresetHome> m_home;
+};
+
+void TestPresetListFaults::init()
+{
+    m_home = std::make_unique<PresetHome>();
+    QVERIFY(m_home->isValid());
+}
+
+void TestPresetListFaults::cleanup()
+{
+    m_home.reset();
+}
+
+void TestPresetListFaults::killsLoseNothing()
+{
+    std::mt19937 random(1);
+    PresetList list(model, true);
+    addPreset(&list, QStringLiteral("kept"));
+    int done = 0;
+    int interrupted = 0;
+    for (int round = 0; round < kills; ++round) {
+        // Each number is told when its preset is on the disk and the one before it is gone.
+        int told[2] = {};
+        QCOMPARE(pipe2(told, O_CLOEXEC), 0);
+        Fork writer([&told, done] {
+            PresetList own(model, true);
+            for (int i = done;; ++i) {
+                addPreset(&own, QString::number(i));
+                deletePreset(&own, QString::number(i - 1));
+                if (write(told[1], &i, sizeof i) != ssize_t(sizeof i))
+                    return 1;
+            }
+        });
+        usleep(useconds_t(random() % 6000));
+        writer.kill();
+        close(told[1]);
+        int number = 0;
+        int last = done - 1;
+        while (read(told[0], &number, sizeof number) == ssize_t(sizeof number))
+            last = number;
+        close(told[0]);
+
+        MessageLog log;
+        PresetList after(model, true);
+        // What was told is there as it was; what came next is there as a whole or not at all.
+        const QStringList before{QStringLiteral("kept"), QString::number(last)};
+        const QStringList added = before + QStringList{QString::number(last + 1)};
+        const QStringList deleted{QStringLiteral("kept"), QString::number(last + 1)};
+        const QStringList names = after.getUserPresetNames();
+        const bool isFirst = last < 0 && names == QStringList{QStringLiteral("kept")};
+        QVERIFY2(names == before || names == added || names == deleted || isFirst,
+                 qPrintable(names.join(QLatin1Char(' '))));
+        for (const QString &name : names) {
+            if (name != QLatin1String("kept"))
+                QCOMPARE(after.findPreset(name)->options().value(1), name);
+        }
+        for (const QString &text : log.texts())
+            QVERIFY2(text.endsWith(QLatin1String("_p is gone.")), qPrintable(text));
+        interrupted += names == added || m_home->names().contains(QStringLiteral("presets.new")) ? 1 : 0;
+        // The next round begins with one numbered preset again.
+        for (const QString &name : names) {
+            if (name != QLatin1String("kept"))
+                deletePreset(&after, name);
+        }
+        done = last + 2;
+        addPreset(&after, QString::number(done - 1));
+        QCOMPARE(m_home->names().size(), 3);
+    }
+    qInfo("%d of %d kills fell into a save, %d presets were written", interrupted, kills, done);
+    QVERIFY(interrupted > 0);
+    list.save({});
+    QCOMPARE(list.getUserPresetNames(), QStringList({QStringLiteral("kept"), QString::number(done - 1)}));
+}
+
+void TestPresetListFaults::twoProcessesLoseNothing()
+{
+    int start[2] = {};
+    QCOMPARE(pipe2(start, O_CLOEXEC), 0);
+    const auto work = [&start](const QString &prefix) {
+        return [prefix, &start] {
+            PresetList list(model, true);
+            // Both begin when the test lets go of its end.
+            close(start[1]);
+            char ignored = 0;
+            while (read(start[0], &ignored, 1) > 0) { }
+            for (int i = 0; i < presetsOfEach; ++i) {
+                addPreset(&list, prefix + QString::number(i));
+                if (i % 2 != 0)
+                    deletePreset(&list, prefix + QString::number(i - 1));
+                // Both also add presets of one name.
+                addPreset(&list, QStringLiteral("both"));
+            }
+            return 0;
+        };
+    };
+    Fork one(work(QStringLiteral("one")));
+    Fork two(work(QStringLiteral("two")));
+    close(start[0]);
+    close(start[1]);
+    QCOMPARE(one.finish(), 0);
+    QCOMPARE(two.finish(), 0);
+
+    const MessageLog log;
+    QStringList names = PresetList(model, true).getUserPresetNames();
+    QCOMPARE(names.removeAll(QStringLiteral("both")), 2 * presetsOfEach);
+    for (const QString &prefix : {QStringLiteral("one"), QStringLiteral("two")}) {
+        QStringList expected;
+        for (int i = 1; i < presetsOfEach; i += 2)
+            expected.append(prefix + QString::number(i));
+        QCOMPARE(names.filter(prefix), expected);
+    }
+    QCOMPARE(names.size(), presetsOfEach);
+    QCOMPARE(log.texts(), QStringList());
+}
+
+void TestPresetListFaults::aFullDiskIsLoggedOnceAndLosesNothing()
+{
+    Fork process([this] {
+        if (!mountDisk(m_home->path().toLocal8Bit()))
+            return notAllowed;
+        PresetList list(model, true);
+        addPreset(&list, QStringLiteral("Shoes"));
+        const QByteArray order = m_home->content("BrackenXL.list");
+        QFile filling(m_home->path() + QStringLiteral("/filling"));
+        if (!filling.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+            return 2;
+        while (filling.write(QByteArray(4096, 'x')) > 0) { }
+
+        const MessageLog log;
+        addPreset(&list, QStringLiteral("Boxes"));
+        list.setCurrentPreset(list.findPreset(QStringLiteral("Shoes")));
+        list.save({});
+        if (m_home->names() != QStringList({QStringLiteral("BrackenXL.list"), QStringLiteral("Shoes_p")})
+            || m_home->content("BrackenXL.list") != order)
+            return 3;
+        if (log.texts()
+            != QStringList{
+                QStringLiteral("PresetList: cannot write to %1: No space left on device. The presets "
+                               "in the list are written as soon as that is possible again.")
+                    .arg(m_home->folder())})
+            return 4;
+        filling.resize(0);
+        list.save({});
+        const QStringList both{QStringLiteral("Shoes"), QStringLiteral("Boxes")};
+        return PresetList(model, true).getUserPresetNames() == both && log.texts().size() == 1 ? 0 : 5;
+    });
+    const int status = process.finish();
+    if (status == notAllowed)
+        QSKIP("no mount namespace here");
+    QCOMPARE(status, 0);
+}
+
+void TestPresetListFaults::aFileThatDoesNotFitIsLoggedOnceAndLosesNothing()
+{
+    PresetList list(model, true);
+    addPreset(&list, QStringLiteral("Shoes"));
+    const QByteArray order = m_home->content("BrackenXL.list");
+    const MessageLog log;
+    {
+        const FileSizeLimit full(50);
+        addPreset(&list, QStringLiteral("Boxes"));
+        deletePreset(&list, QStringLiteral("Boxes"));
+        addPreset(&list, QStringLiteral("Hats"));
+    }
+    QCOMPARE(m_home->names(), QStringList({QStringLiteral("BrackenXL.list"), QStringLiteral("Shoes_p")}));
+    QCOMPARE(m_home->content("BrackenXL.list"), order);
+    QCOMPARE(log.texts().size(), 1);
+    QVERIFY2(log.texts().at(0).contains(QLatin1String(": File too large.")), qPrintable(log.texts().at(0)));
+
+    list.save({});
+    QCOMPARE(PresetList(model, true).getUserPresetNames(),
+             QStringList({QStringLiteral("Shoes"), QStringLiteral("Hats")}));
+}
+
+void TestPresetListFaults::aReadOnlyHomeIsLoggedOnceAndLosesNothing()
+{
+    PresetList list(model, true);
+    addPreset(&list, QStringLiteral("Shoes"));
+    QVERIFY(m_home->write("Damaged_p", "damaged"));
+    const QStringList before = m_home->names();
+    const QByteArray order = m_home->content("BrackenXL.list");
+    const OrdinaryUser user(*m_home);
+    if (!user.isOrdinary())
+        QSKIP("This process may not act as an ordinary user.");
+    QVERIFY(QFile::setPermissions(m_home->folder(), QFileDevice::ReadOwner | QFileDevice::ExeOwner));
+
+    MessageLog log;
+    addPreset(&list, QStringLiteral("Boxes"));
+    deletePreset(&list, QStringLiteral("Shoes"));
+    list.save({});
+    QVERIFY(QFile::setPermissions(m_home->folder(),
+                                  QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner));
+    const QStringList texts = log.texts();
+    QCOMPARE(m_home->names(), before);
+    QVERIFY(texts.filter(QStringLiteral("cannot write to")).size() == 1);
+    QCOMPARE(m_home->content("BrackenXL.list"), order);
+
+    list.save({});
+    QVERIFY(m_home->names().contains(QStringLiteral("Boxes_p")));
+    QVERIFY(!m_home->names().contains(QStringLiteral("Shoes_p")));
+    QCOMPARE(list.getUserPresetNames(), QStringList{QStringLiteral("Boxes")});
+}
+
+void TestPresetListFaults::aHungProcessHidesNoPresetAndLosesNothing()
+{
+    PresetList list(model, true);
+    addPreset(&list, QStringLiteral("Shoes"));
+    const int holder =
+        open(QFile::encodeName(m_home->folder()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    QCOMPARE(flock(holder, LOCK_EX), 0);
+    const MessageLog log;
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(PresetList(model, true).getUserPresetNames(), QStringList{QStringLiteral("Shoes")});
+    QVERIFY(timer.elapsed() < 3000);
+    QCOMPARE(log.texts(), QStringList());
+    addPreset(&list, QStringLiteral("Boxes"));
+    QVERIFY(timer.elapsed() < 5000);
+    QCOMPARE(log.texts().size(), 1);
+    QCOMPARE(m_home->names().size(), 2);
+    close(holder);
+    list.save({});
+    QCOMPARE(PresetList(model, true).getUserPresetNames().size(), 2);
+}
+
+void TestPresetListFaults::anUnreadableFileStaysInTheList()
+{
+    PresetList list(model, true);
+    addPreset(&list, QStringLiteral("Shoes"));
+    const OrdinaryUser user(*m_home);
+    if (!user.isOrdinary())
+        QSKIP("This process may not act as an ordinary user.");
+    const QByteArray path = QFile::encodeName(m_home->folder() + QStringLiteral("Shoes_p"));
+    QCOMPARE(chmod(path.constData(), 0), 0);
+    const MessageLog log;
+    list.save({});
+    list.save({});
+    QCOMPARE(list.getUserPresetNames(), QStringList{QStringLiteral("Shoes")});
+    QCOMPARE(log.texts().filter(QStringLiteral("Shoes_p: Permission denied")).size(), 1);
+}
+
+void TestPresetListFaults::whatAKilledProcessLeftIsNoObstacle()
+{
+    QVERIFY(m_home->write("presets.new", "half of somethi"));
+    const MessageLog log;
+    PresetList list(model, true);
+    QCOMPARE(list.getUserPresetNames(), QStringList());
+    addPreset(&list, QStringLiteral("Shoes"));
+    QCOMPARE(m_home->names(), QStringList({QStringLiteral("BrackenXL.list"), QStringLiteral("Shoes_p")}));
+    QCOMPARE(log.texts(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(TestPresetListFaults)
+#include "tst_presetlistfaults.moc"
