@@ -4,6 +4,7 @@
 #include "guardedtype.h"
 
 #include <zbsettingsmain.h>
+#include <zbsettingsprinter.h>
 #include <zbsettingsqmlenums.h>
 
 #include <QtQml/QQmlEngine>
@@ -20,6 +21,11 @@ QObject *createSettingsMain(QQmlEngine *engine, QJSEngine *scriptEngine)
     return new GuardedType<ZBSettingsMain>(scriptEngine, engine, runLocalServer);
 }
 
+QObject *createSettingsPrinter(QQmlEngine *engine, QJSEngine *scriptEngine)
+{
+    return new GuardedType<ZBSettingsPrinter>(scriptEngine, engine);
+}
+
 template <class Holder> void registerEnumerations(const char *uri)
 {
     const char *const name = Holder::staticMetaObject.className();
@@ -34,6 +40,9 @@ void SettingsModule::registerTypes(const char *uri)
 {
     qmlRegisterSingletonType<ZBSettingsMain>(
         uri, majorVersion, minorVersion, ZBSettingsMain::staticMetaObject.className(), createSettingsMain);
+    qmlRegisterSingletonType<ZBSettingsPrinter>(uri, majorVersion, minorVersion,
+                                                ZBSettingsPrinter::staticMetaObject.className(),
+                                                createSettingsPrinter);
     registerEnumerations<ZBSettingsAboutInfoFields>(uri);
     registerEnumerations<QMLCupsEnums>(uri);
     registerEnumerations<ZBSettingsTabNames>(uri);

@@ -4,8 +4,8 @@
 #include <QtQml/QQmlExtensionPlugin>
 
 /**
- * Registers the back-end classes under their own names: ZBSettingsMain as a singleton, one object an engine,
- * and the enumeration holders as types that cannot be created.
+ * Registers the back-end classes under their own names: ZBSettingsMain and ZBSettingsPrinter as singletons,
+ * one object of each an engine, and the enumeration holders as types that cannot be created.
  */
 class SettingsModule : public QQmlExtensionPlugin
 {

@@ -81,7 +81,7 @@ RecordingTools::RecordingTools()
     m_isReady = m_folder.isValid();
     for (const char *const folder : {toolFolder, recordFolder, partFolder, stepsFolder, outputFolder})
         m_isReady = m_isReady && QDir().mkpath(path(folder));
-    for (const char *const program : {"timedatectl", "fw_printenv", "fw_setenv", "df", "cat"}) {
+    for (const char *const program : {"timedatectl", "fw_printenv", "fw_setenv", "df", "cat", "lp"}) {
         m_isReady = m_isReady
             && QFile::link(QStringLiteral(ZB_RECORDING_TOOL), path(toolFolder, QLatin1String(program)));
     }

@@ -9,8 +9,8 @@
 
 /**
  * While it lives, the search path of this process is a folder in which timedatectl, fw_printenv, fw_setenv,
- * df and cat are one small program. It notes its arguments and does what the test has set for its name. No
- * other program is on the path.
+ * df, cat and lp are one small program. It notes its arguments and does what the test has set for its name.
+ * No other program is on the path.
  *
  * Tools that stay do so until letGo() or the end of this object, also when the test is killed.
  */
