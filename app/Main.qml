@@ -42,8 +42,24 @@ ApplicationWindow {
             title: qsTr("Users & Passwords"), icon: "user", page: "pages/UsersPasswordsPage.qml"
         },
         {
+            number: ZBSettingsTabNames.PRINTER,
+            title: qsTr("Printer"), icon: "printer", page: "pages/PrinterPage.qml"
+        },
+        {
+            number: ZBSettingsTabNames.PRINTER_ALIGNMENT,
+            title: qsTr("Printer alignment"), icon: "align", page: "pages/PrinterAlignmentPage.qml"
+        },
+        {
+            number: ZBSettingsTabNames.PRINTER_PRESETS,
+            title: qsTr("Presets"), icon: "preset", page: "pages/PresetsPage.qml"
+        },
+        {
             number: ZBSettingsTabNames.ABOUT,
             title: qsTr("About"), icon: "information", page: "pages/AboutPage.qml"
+        },
+        {
+            number: ZBSettingsTabNames.PRINTER_ADVANCED,
+            title: qsTr("Printer advanced"), icon: "wrench", page: "pages/PrinterAdvancedPage.qml"
         }
     ]
 

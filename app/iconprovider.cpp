@@ -151,6 +151,59 @@ QPainterPath bright()
     return path;
 }
 
+QPainterPath printer()
+{
+    QPainterPath path;
+    addLine(path, {{7, 8.5}, {7, 3.8}, {17, 3.8}, {17, 8.5}});
+    path.addRoundedRect(QRectF(3.5, 8.5, 17, 8), 2, 2);
+    path.addRect(QRectF(7, 13.4, 10, 6.8));
+    return path;
+}
+
+QPainterPath align()
+{
+    QPainterPath path;
+    path.addEllipse(middle, 4.6, 4.6);
+    addLine(path, {{12, 2.8}, {12, 21.2}});
+    addLine(path, {{2.8, 12}, {21.2, 12}});
+    return path;
+}
+
+QPainterPath preset()
+{
+    QPainterPath path;
+    addLine(path, {{6.5, 20}, {6.5, 4}, {17.5, 4}, {17.5, 20}, {12, 15.6}, {6.5, 20}});
+    path.closeSubpath();
+    return path;
+}
+
+QPainterPath wrench()
+{
+    QPainterPath path;
+    path.arcMoveTo(QRectF(11, 3.4, 9.6, 9.6), 95);
+    path.arcTo(QRectF(11, 3.4, 9.6, 9.6), 95, 260);
+    path.lineTo(16.2, 9.4);
+    path.lineTo(14.6, 7.8);
+    path.closeSubpath();
+    addLine(path, {{12.2, 11.8}, {4.4, 19.6}});
+    return path;
+}
+
+QPainterPath minus()
+{
+    QPainterPath path;
+    addLine(path, {{5, 12}, {19, 12}});
+    return path;
+}
+
+QPainterPath plus()
+{
+    QPainterPath path;
+    addLine(path, {{5, 12}, {19, 12}});
+    addLine(path, {{12, 5}, {12, 19}});
+    return path;
+}
+
 QPainterPath drawing(const QString &name)
 {
     static const QHash<QString, QPainterPath (*)()> drawings = {{QStringLiteral("general"), general},
@@ -166,7 +219,13 @@ QPainterPath drawing(const QString &name)
                                                                 {QStringLiteral("bright"), bright},
                                                                 {QStringLiteral("keyboard"), keyboard},
                                                                 {QStringLiteral("information"), information},
-                                                                {QStringLiteral("search"), search}};
+                                                                {QStringLiteral("search"), search},
+                                                                {QStringLiteral("printer"), printer},
+                                                                {QStringLiteral("align"), align},
+                                                                {QStringLiteral("preset"), preset},
+                                                                {QStringLiteral("wrench"), wrench},
+                                                                {QStringLiteral("minus"), minus},
+                                                                {QStringLiteral("plus"), plus}};
     const auto draw = drawings.value(name);
     return draw ? draw() : QPainterPath();
 }

@@ -25,10 +25,16 @@ struct Page
     const char *name;
 };
 
-constexpr Page pages[] = {
-    {ZBSettingsTabNames::GENERAL, "general"},       {ZBSettingsTabNames::DATE_TIME, "date-time"},
-    {ZBSettingsTabNames::NETWORKING, "networking"}, {ZBSettingsTabNames::SYSTEM_UPDATES, "system-updates"},
-    {ZBSettingsTabNames::LANGUAGES, "languages"},   {ZBSettingsTabNames::USERS_PASSWORDS, "users-passwords"}};
+constexpr Page pages[] = {{ZBSettingsTabNames::GENERAL, "general"},
+                          {ZBSettingsTabNames::DATE_TIME, "date-time"},
+                          {ZBSettingsTabNames::NETWORKING, "networking"},
+                          {ZBSettingsTabNames::SYSTEM_UPDATES, "system-updates"},
+                          {ZBSettingsTabNames::LANGUAGES, "languages"},
+                          {ZBSettingsTabNames::USERS_PASSWORDS, "users-passwords"},
+                          {ZBSettingsTabNames::PRINTER, "printer"},
+                          {ZBSettingsTabNames::PRINTER_ALIGNMENT, "printer-alignment"},
+                          {ZBSettingsTabNames::PRINTER_PRESETS, "presets"},
+                          {ZBSettingsTabNames::PRINTER_ADVANCED, "printer-advanced"}};
 
 QString settingsFile()
 {
@@ -62,6 +68,7 @@ int PictureTour::run()
     demonstrateCalibrationReset();
     demonstrateKeyboardLayout();
     demonstrateClock();
+    demonstratePrinting();
     return m_failures == 0 ? 0 : 1;
 }
 
@@ -82,6 +89,15 @@ void PictureTour::photographPages()
     scrollTo(1);
     writePicture(QStringLiteral("general-end"));
     scrollTo(0);
+    for (const Page &page : pages) {
+        if (page.tab != ZBSettingsTabNames::PRINTER && page.tab != ZBSettingsTabNames::PRINTER_ALIGNMENT
+            && page.tab != ZBSettingsTabNames::PRINTER_ADVANCED)
+            continue;
+        turnTo(page.tab);
+        scrollTo(1);
+        writePicture(QLatin1String(page.name) + QStringLiteral("-end"));
+        scrollTo(0);
+    }
 
     const struct
     {
@@ -90,7 +106,10 @@ void PictureTour::photographPages()
         QString picture;
     } choices[] = {
         {ZBSettingsTabNames::GENERAL, QStringLiteral("dimmingInactive"), QStringLiteral("general-choices")},
-        {ZBSettingsTabNames::DATE_TIME, QStringLiteral("timezone"), QStringLiteral("date-time-zones")}};
+        {ZBSettingsTabNames::DATE_TIME, QStringLiteral("timezone"), QStringLiteral("date-time-zones")},
+        {ZBSettingsTabNames::PRINTER, QStringLiteral("ditheringMethod"), QStringLiteral("printer-dithering")},
+        {ZBSettingsTabNames::PRINTER_PRESETS, QStringLiteral("presets.save"),
+         QStringLiteral("presets-name")}};
     for (const auto &choice : choices) {
         turnTo(choice.tab);
         QQuickItem *const control = m_driver.visibleItem(choice.control);
@@ -108,7 +127,7 @@ void PictureTour::photographPages()
 void PictureTour::photographNotice()
 {
     turnTo(ZBSettingsTabNames::GENERAL);
-    showTab(ZBSettingsTabNames::PRINTER);
+    showTab(ZBSettingsTabNames::PRINTER_HISTORY);
     writePicture(QStringLiteral("tab-without-page"));
 }
 

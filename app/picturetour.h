@@ -1,7 +1,7 @@
 // PictureTour: drives the Settings application without a person, takes pictures of it and checks that the
 // things for which it exists work: storing a setting, turning to a tab on request, showing the internet
 // state, showing what the device is, resetting the supply calibration, choosing a keyboard layout, setting
-// the clock.
+// the clock, keeping print options in a preset and printing with them.
 #pragma once
 
 #include "virtualdevicecontrol.h"
@@ -34,6 +34,7 @@ private:
     void demonstrateCalibrationReset();
     void demonstrateKeyboardLayout();
     void demonstrateClock();
+    void demonstratePrinting();
 
     void compareShown(const QString &item, const QString &expected, const QString &source);
     void compareOffsets();
@@ -41,6 +42,14 @@ private:
     bool showAbout();
     void setClockByHand();
     void turnNetworkTimeOn();
+    void savePreset(const QString &name);
+    void changeAllOptions();
+    void askForDeletion();
+    /// Prints the test page; the number of the job, 0 when none was printed.
+    int printTestPage(const QString &folder);
+    void compareJob(int job);
+    /// From a list of choices, by its text.
+    void choose(const QString &option, const QString &text);
     /// Whether the page lets the clock be set within the patience.
     bool waitForClockChooser();
     /// Turns a wheel by touches until it shows this text.

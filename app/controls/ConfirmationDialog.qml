@@ -34,7 +34,7 @@ ModalPopup {
             text: dialog.title
             font.pixelSize: 20
             font.weight: Font.DemiBold
-            wrapMode: Text.WordWrap
+            wrapMode: Text.Wrap
         }
 
         PlainText {
@@ -44,7 +44,7 @@ ModalPopup {
             color: Theme.secondaryText
             font.pixelSize: Theme.bodySize - 1
             lineHeight: 1.2
-            wrapMode: Text.WordWrap
+            wrapMode: Text.Wrap
         }
 
         Item {

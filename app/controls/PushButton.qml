@@ -32,8 +32,8 @@ T.Button {
     background: Rectangle {
         radius: 10
         color: control.plain ? (control.down ? Theme.pressed : "transparent")
-               : !control.enabled ? Theme.line
                : control.quiet ? (control.down ? Theme.line : Theme.background)
+               : !control.enabled ? Theme.line
                : control.down ? Qt.darker(control.strongColor, 1.25) : control.strongColor
 
         FocusRing {

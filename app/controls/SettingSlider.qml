@@ -1,6 +1,5 @@
 // A setting that is a whole number between two ends. It is stored once a step, while the finger moves.
 import QtQuick 2.15
-import QtQuick.Templates 2.15 as T
 
 Item {
     id: row
@@ -79,7 +78,7 @@ Item {
         color: Theme.secondaryText
     }
 
-    T.Slider {
+    SliderBar {
         id: slider
 
         objectName: row.settingKey
@@ -88,46 +87,9 @@ Item {
         anchors.right: high.visible ? high.left : parent.right
         anchors.rightMargin: high.visible ? 6 : Theme.margin
         y: texts.y + texts.height + 4
-        height: 52
-        padding: 12
-        stepSize: 1
-        snapMode: T.Slider.SnapAlways
 
         onMoved: row.storeStep()
 
         Accessible.name: row.title
-
-        background: Item {
-            x: slider.leftPadding
-            y: slider.topPadding + (slider.availableHeight - height) / 2
-            width: slider.availableWidth
-            height: 8
-
-            Rectangle {
-                anchors.fill: parent
-                radius: 4
-                color: Theme.track
-            }
-
-            Rectangle {
-                width: slider.visualPosition * (parent.width - slider.handle.width) + slider.handle.width / 2
-                height: parent.height
-                radius: 4
-                color: Theme.accent
-            }
-        }
-
-        handle: Rectangle {
-            x: slider.leftPadding + slider.visualPosition * (slider.availableWidth - width)
-            y: slider.topPadding + (slider.availableHeight - height) / 2
-            width: 30
-            height: 30
-            radius: 15
-            color: slider.pressed ? Theme.accentSoft : Theme.card
-            border.width: 3
-            border.color: Theme.accent
-        }
-
-        FocusRing { control: slider }
     }
 }

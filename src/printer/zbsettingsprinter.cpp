@@ -5,10 +5,25 @@
 #include "printeroptions.h"
 #include "zbsettingsprinter_p.h"
 
+#include <QtCore/QVector>
+
+namespace {
+
+/// What lives as long as the process. Leak checkers shall find it, so a pointer to each stays, in a list that
+/// no static destructor takes away.
+void keepForever(const void *library)
+{
+    static auto *const kept = new QVector<const void *>;
+    kept->append(library);
+}
+
+} // namespace
+
 ZBSettingsPrinter::ZBSettingsPrinter(QObject *parent)
     : QObject(parent)
     , d(std::make_unique<ZBSettingsPrinterPrivate>())
 {
+    keepForever(d->printerOptions);
     populateOrientationMap();
     populateDitheringMap();
     populateCutOptionsMap();
@@ -21,6 +36,7 @@ ZBSettingsPrinter::ZBSettingsPrinter(QObject *parent)
     d->ditheringComboBoxModel = d->names.ditheringMethods.keys();
 
     d->presetList = new PresetList(d->modelName, true);
+    keepForever(d->presetList);
 }
 
 ZBSettingsPrinter::~ZBSettingsPrinter() = default;

@@ -52,7 +52,7 @@ private:
 
 namespace {
 
-constexpr int tabs = 7;
+constexpr int tabs = 11;
 
 /// Where the middle of the handle is when the slider shows this level.
 QPointF handlePlace(const QQuickItem &slider, int level)
@@ -107,7 +107,11 @@ void addTabs()
     QTest::newRow("System Updates") << 3 << 1;
     QTest::newRow("Languages") << 4 << 2;
     QTest::newRow("Users & Passwords") << 5 << 1;
+    QTest::newRow("Printer") << 6 << 8;
+    QTest::newRow("Printer alignment") << 7 << 8;
+    QTest::newRow("Presets") << 8 << 1;
     QTest::newRow("About") << 9 << 2;
+    QTest::newRow("Printer advanced") << 10 << 5;
 }
 
 } // namespace

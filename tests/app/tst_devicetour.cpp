@@ -53,16 +53,33 @@ void TestDeviceTour::tourActsOnTheWholeDevice()
           "ok automatic date and time was turned off, timedatectl says NTP=no",
           "ok February 2027 offers 28 days, February 2028 29",
           "ok this program's clock shows it, the page says 'The clock was set'",
-          "ok automatic date and time was turned on, timedatectl says NTP=yes"})
-        QVERIFY2(lines.contains(QLatin1String(line)), line);
+          "ok automatic date and time was turned on, timedatectl says NTP=yes",
+          "ok the options were saved, the first preset is 'Shoes'",
+          "ok all 18 options were changed, lpoptions says CutMedia=2 Dithering=18 Feed=Custom.2000 "
+          "Hoffset1=Custom.1 Hoffset2=Custom.-1 MirrorPrint=False NegativePrint=True Overprint=True "
+          "R1TensionAdjust=Custom.1 R2TensionAdjust=Custom.-1 RibbonSaver=Enabled Stop=Custom.-1 "
+          "Voffset1=Custom.1 Voffset2=Custom.-1 WhiteBase=True head1Offset=Custom.1 "
+          "head2Offset=Custom.-1 orientation-requested=4",
+          "ok the preset Shoes was loaded, the page says '“Shoes” was loaded'",
+          "ok the deletion was cancelled, the first preset is 'Shoes'",
+          "ok job 1 carries all 18 options of the preset, ipptool says CutMedia=0 Dithering=0 "
+          "Feed=Custom.2 Hoffset1=0 Hoffset2=0 MirrorPrint=true NegativePrint=false Overprint=false "
+          "R1TensionAdjust=0 R2TensionAdjust=0 RibbonSaver=Enabled Stop=0 Voffset1=0 Voffset2=0 "
+          "WhiteBase=false head1Offset=0 head2Offset=0 orientation-requested=reverse-portrait"})
+        QVERIFY2(lines.contains(QString::fromUtf8(line)), line);
     QVERIFY2(output.contains("ok the supply calibration was reset, fw_printenv says tachLow="), output);
     QVERIFY2(output.contains("ok the clock was set by hand to 2028-02-29T21:07:00, "), output);
+    QVERIFY2(output.contains("ok the test page was printed for a supply of 4.1 inches, job 1 is "
+                             "/usr/share/data/Corvanta/TestPages/BrackenXL/testpage_6x6.tavo ("),
+             output);
     QVERIFY2(!output.contains("skipped"), output);
     // Nothing on any page is left to the QML engine to complain about.
     QVERIFY2(!errors.contains("qrc:"), errors);
     for (const char *name :
          {"about", "about-middle", "about-end", "about-reset-confirmation", "about-reset-done", "languages",
-          "languages-keyboards-search", "languages-german", "date-time-set", "date-time-set-by-hand"})
+          "languages-keyboards-search", "languages-german", "date-time-set", "date-time-set-by-hand",
+          "presets-name-typed", "presets-loaded", "presets-deletion", "printer-mirror-portrait",
+          "printer-alignment-test-page", "printer-advanced-changed"})
         QVERIFY2(QDir(pictures.path()).exists(QString::fromLatin1(name) + QStringLiteral(".png")), name);
 }
 

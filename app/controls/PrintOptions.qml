@@ -1,0 +1,184 @@
+// The print options as the pages show them: the back end's properties are what the options were when the
+// program started or a preset was loaded, and do not follow what is set.
+pragma Singleton
+
+import QtQuick 2.15
+import Corvanta.Settings 1.0
+
+QtObject {
+    id: options
+
+    /// The values by the names of the back end's properties.
+    property var values: ({})
+    /// The user's presets, in the back end's order.
+    property var presetNames: []
+    /// The preset that was loaded or saved last, by this program; empty for none.
+    property string preset
+    /// Whether an option was changed since then.
+    property bool presetIsChanged
+
+    /// A predefined preset without options: there is nothing to load in it, and it cannot be deleted.
+    readonly property string currentSettings: "<Current Settings>"
+    readonly property string systemSettings: "<System Settings>"
+    readonly property string defaultSettings: "<Default Settings>"
+    /// Names that the back end has uses of its own for; it does not list the last one.
+    readonly property var reservedNames: [currentSettings, systemSettings, defaultSettings, "Sample Preset"]
+
+    readonly property string positionUnit: qsTr("position steps")
+    readonly property string heatUnit: qsTr("heat steps")
+    readonly property string tensionUnit: qsTr("tension steps")
+
+    /// What the printer-option library takes; it clamps what lies outside.
+    readonly property var ranges: ({
+        horizontal1Offset: { from: -2000, to: 2000, unit: positionUnit },
+        horizontal2Offset: { from: -2000, to: 2000, unit: positionUnit },
+        vertical1Offset: { from: -2000, to: 2000, unit: positionUnit },
+        vertical2Offset: { from: -2000, to: 2000, unit: positionUnit },
+        feedOffset: { from: -2000, to: 2000, unit: positionUnit },
+        backfeedOffset: { from: -2000, to: 2000, unit: positionUnit },
+        head1HeatOffset: { from: -50, to: 50, unit: heatUnit },
+        head2HeatOffset: { from: -50, to: 50, unit: heatUnit },
+        r1Tension: { from: -10, to: 10, unit: tensionUnit },
+        r2Tension: { from: -10, to: 10, unit: tensionUnit }
+    })
+
+    readonly property var setters: ({
+        orientationOption: "setPrintOrientation",
+        mirror: "setMirror",
+        negative: "setNegative",
+        overprint: "setOverprint",
+        whitebase: "setWhitebase",
+        cutOption: "setCutOption",
+        ribbonSaver: "setRibbonSaver",
+        ditheringMethod: "setDitheringMethod",
+        horizontal1Offset: "setHorizontal1Offset",
+        horizontal2Offset: "setHorizontal2Offset",
+        vertical1Offset: "setVertical1Offset",
+        vertical2Offset: "setVertical2Offset",
+        feedOffset: "setFeedOffset",
+        backfeedOffset: "setBackfeedOffset",
+        head1HeatOffset: "setHead1HeatOffset",
+        head2HeatOffset: "setHead2HeatOffset",
+        r1Tension: "setR1Tension",
+        r2Tension: "setR2Tension"
+    })
+
+    /// What was changed and not yet handed to the back end, by name.
+    property var waiting: ({})
+
+    /// Shows the value and hands it to the back end, which writes a file.
+    function change(option, value) {
+        show(option, value);
+        handOver(option, value);
+    }
+
+    /// The same for values that follow each other quickly, while a finger moves: some of them are left out.
+    /// The last one never is.
+    function changeSoon(option, value) {
+        show(option, value);
+        waiting[option] = value;
+        if (!pause.running)
+            settle();
+    }
+
+    /// Hands over what still waits. Called when a finger leaves, and before the options are used.
+    function settle() {
+        var isAnythingWaiting = false;
+        for (var option in waiting) {
+            isAnythingWaiting = true;
+            handOver(option, waiting[option]);
+        }
+        if (isAnythingWaiting)
+            pause.restart();
+    }
+
+    function show(option, value) {
+        var next = Object.assign({}, values);
+        next[option] = value;
+        values = next;
+        presetIsChanged = true;
+    }
+
+    function handOver(option, value) {
+        delete waiting[option];
+        ZBSettingsPrinter[setters[option]](value);
+    }
+
+    function readValues() {
+        var next = {};
+        for (var option in setters)
+            next[option] = ZBSettingsPrinter[option];
+        // A preset leaves the ribbon saver as it is, and so its property as it was at the start.
+        if (values.ribbonSaver !== undefined)
+            next.ribbonSaver = values.ribbonSaver;
+        next.ditheringMethod = knownDithering(next.ditheringMethod);
+        values = next;
+    }
+
+    /// A preset can bring a method that the model does not have. The back end then sets the threshold.
+    function knownDithering(name) {
+        var names = Array.from(ZBSettingsPrinter.ditheringComboBoxModel);
+        if (name === "" || names.indexOf(name) >= 0)
+            return name;
+        return names.find(function (known) { return known.indexOf("Threshold") === 0; }) || "";
+    }
+
+    function readPresetNames() {
+        var names = Array.from(ZBSettingsPrinter.populatePresetList());
+        if (names[0] === currentSettings)
+            names.shift();
+        presetNames = names;
+    }
+
+    /// Whether the preset was loaded: it is there and holds options.
+    function load(name) {
+        settle();
+        if (ZBSettingsPrinter.loadPreset(name).length === 0)
+            return false;
+        readValues();
+        preset = name;
+        presetIsChanged = false;
+        return true;
+    }
+
+    /// In place of the one that has this name, if there is one.
+    function save(name) {
+        settle();
+        if (presetNames.indexOf(name) >= 0)
+            ZBSettingsPrinter.deletePreset(name);
+        ZBSettingsPrinter.addPreset(name);
+        preset = name;
+        presetIsChanged = false;
+        readPresetNames();
+    }
+
+    function remove(name) {
+        ZBSettingsPrinter.deletePreset(name);
+        if (preset === name)
+            preset = "";
+        readPresetNames();
+    }
+
+    function printTestPage(inches) {
+        settle();
+        ZBSettingsPrinter.printTestPage(inches);
+    }
+
+    readonly property Timer pause: Timer {
+        interval: 300
+        onTriggered: options.settle()
+    }
+
+    readonly property Connections atTheEnd: Connections {
+        target: Qt.application
+
+        function onAboutToQuit() {
+            options.settle();
+        }
+    }
+
+    Component.onCompleted: {
+        readValues();
+        readPresetNames();
+    }
+}

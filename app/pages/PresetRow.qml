@@ -1,0 +1,75 @@
+// One preset: its name, and what can be done with it.
+import QtQuick 2.15
+import "../controls"
+
+Item {
+    id: row
+
+    /// The parts are named after it.
+    property string name
+    property string title
+    property string description
+
+    signal load()
+    signal remove()
+
+    width: parent ? parent.width : 0
+    implicitHeight: Math.max(Theme.rowHeight, texts.implicitHeight + 24)
+
+    RowLine { row: row }
+
+    Column {
+        id: texts
+
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.margin
+        anchors.right: buttons.left
+        anchors.rightMargin: 16
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 3
+
+        PlainText {
+            objectName: row.name
+            width: parent.width
+            text: row.title
+            maximumLineCount: 1
+        }
+
+        PlainText {
+            objectName: row.name + ".state"
+            width: parent.width
+            visible: text !== ""
+            text: row.description
+            color: Theme.secondaryText
+            font.pixelSize: Theme.smallSize
+        }
+    }
+
+    Row {
+        id: buttons
+
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.margin
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 12
+
+        PushButton {
+            objectName: row.name + ".load"
+            text: qsTr("Load")
+            quiet: true
+            onClicked: row.load()
+
+            Accessible.description: row.title
+        }
+
+        PushButton {
+            objectName: row.name + ".delete"
+            text: qsTr("Delete…")
+            plain: true
+            destructive: true
+            onClicked: row.remove()
+
+            Accessible.description: row.title
+        }
+    }
+}
