@@ -31,7 +31,11 @@ add_compile_definitions(
     QT_DEPRECATED_WARNINGS
     QT_DISABLE_DEPRECATED_BEFORE=0x050F00)
 
-add_link_options(-Wl,--as-needed -Wl,--no-undefined)
+add_link_options(-Wl,--as-needed)
+# With clang a sanitizer's run-time library is in the program alone, and shared libraries leave its symbols open.
+if(NOT ZB_SANITIZE OR NOT CMAKE_CXX_COMPILER_ID MATCHES Clang)
+    add_link_options(-Wl,--no-undefined)
+endif()
 
 if(ZB_SANITIZE)
     add_compile_options(-fsanitize=${ZB_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -19,14 +19,14 @@ constexpr Name orientations[] = {
     {QT_TRANSLATE_NOOP("ZBSettingsPrinter", "Landscape 180"), 4},
     {QT_TRANSLATE_NOOP("ZBSettingsPrinter", "Portrait 180"), 3},
 };
-constexpr const Name &otherOrientation = orientations[2];
+constexpr int otherOrientation = 2;
 
 constexpr Name cuts[] = {
     {QT_TRANSLATE_NOOP("ZBSettingsPrinter", "No Cut"), 0},
     {QT_TRANSLATE_NOOP("ZBSettingsPrinter", "Cut After Page"), 1},
     {QT_TRANSLATE_NOOP("ZBSettingsPrinter", "Cut After Job"), 2},
 };
-constexpr const Name &otherCut = cuts[1];
+constexpr int otherCut = 1;
 
 enum class Word { Dither, OrderedDither };
 
@@ -56,90 +56,94 @@ struct GrayscaleRibbon
 
 constexpr GrayscaleRibbon grayscaleRibbons[] = {{" 1", 65}, {" 2", 66}};
 
-QString translated(const Name &name)
+template <int size> QStringList translated(const Name (&names)[size])
 {
-    return QCoreApplication::translate("ZBSettingsPrinter", name.text);
-}
-
-template <int size> NamesAndValues namesAndValues(const Name (&names)[size])
-{
-    NamesAndValues result;
+    QStringList result;
     for (const Name &name : names)
-        result.insert(translated(name), name.value);
+        result.append(QCoreApplication::translate("ZBSettingsPrinter", name.text));
     return result;
 }
 
-template <int size> QString nameOf(int value, const Name (&names)[size], const Name &other)
+template <int size> NamesAndValues namesAndValues(const Name (&names)[size], const QStringList &texts)
 {
-    for (const Name &name : names) {
-        if (name.value == value)
-            return translated(name);
+    NamesAndValues result;
+    for (int i = 0; i < size; ++i)
+        result.insert(texts.at(i), names[i].value);
+    return result;
+}
+
+template <int size> QString nameOf(int value, const Name (&names)[size], int other, const QStringList &texts)
+{
+    for (int i = 0; i < size; ++i) {
+        if (names[i].value == value)
+            return texts.at(i);
     }
-    return translated(other);
+    return texts.at(other);
 }
 
-QString nameOf(const DitheringMethod &method, const DitheringWords &words)
+QString nameOf(const DitheringMethod &method, const PrinterTexts &texts)
 {
-    return QLatin1String(method.method) + (method.word == Word::Dither ? words.dither : words.orderedDither);
+    return QLatin1String(method.method) + (method.word == Word::Dither ? texts.dither : texts.orderedDither);
 }
 
-QString nameOf(const GrayscaleRibbon &ribbon, const DitheringWords &words)
+QString nameOf(const GrayscaleRibbon &ribbon, const PrinterTexts &texts)
 {
-    return words.grayscalePattern.arg(QLatin1String(ribbon.number));
+    return texts.grayscalePattern.arg(QLatin1String(ribbon.number));
 }
 
 } // namespace
 
-DitheringWords DitheringWords::translated()
+PrinterTexts PrinterTexts::translated()
 {
     return {QCoreApplication::translate("QObject", "Dither", "Dither method name"),
             QCoreApplication::translate("QObject", "Ordered Dither", "Ordered Dither method name"),
-            QCoreApplication::translate("QObject", "Grayscale Ribbon%1", "Grayscale method name")};
+            QCoreApplication::translate("QObject", "Grayscale Ribbon%1", "Grayscale method name"),
+            ::translated(::orientations), ::translated(::cuts)};
 }
 
-NamesAndValues orientationNames()
+NamesAndValues orientationNames(const PrinterTexts &texts)
 {
-    return namesAndValues(orientations);
+    return namesAndValues(orientations, texts.orientations);
 }
 
-NamesAndValues cutNames()
+NamesAndValues cutNames(const PrinterTexts &texts)
 {
-    return namesAndValues(cuts);
+    return namesAndValues(cuts, texts.cuts);
 }
 
-NamesAndValues ditheringNames(const DitheringWords &words)
+NamesAndValues ditheringNames(const PrinterTexts &texts)
 {
     NamesAndValues result;
     for (const DitheringMethod &method : methods)
-        result.insert(nameOf(method, words), method.value);
+        result.insert(nameOf(method, texts), method.value);
     for (const GrayscaleRibbon &ribbon : grayscaleRibbons)
-        result.insert(nameOf(ribbon, words), ribbon.value);
+        result.insert(nameOf(ribbon, texts), ribbon.value);
     return result;
 }
 
-QString orientationNameOfPreset(int value)
+QString orientationNameOfPreset(int value, const PrinterTexts &texts)
 {
-    return nameOf(value, orientations, otherOrientation);
+    return nameOf(value, orientations, otherOrientation, texts.orientations);
 }
 
-QString cutNameOfPreset(int value)
+QString cutNameOfPreset(int value, const PrinterTexts &texts)
 {
-    return nameOf(value, cuts, otherCut);
+    return nameOf(value, cuts, otherCut, texts.cuts);
 }
 
-QString ditheringNameOfPreset(int value, const DitheringWords &words)
+QString ditheringNameOfPreset(int value, const PrinterTexts &texts)
 {
     // Without the blank: a preset with this method has always been loaded as the threshold method, which is
     // what a name that no list holds comes to.
     if (value == bayer)
-        return QStringLiteral("Bayer") + words.orderedDither;
+        return QStringLiteral("Bayer") + texts.orderedDither;
     for (const DitheringMethod &method : methods) {
         if (method.value == value)
-            return nameOf(method, words);
+            return nameOf(method, texts);
     }
     for (const GrayscaleRibbon &ribbon : grayscaleRibbons) {
         if (ribbon.value == value)
-            return nameOf(ribbon, words);
+            return nameOf(ribbon, texts);
     }
-    return nameOf(otherMethod, words);
+    return nameOf(otherMethod, texts);
 }

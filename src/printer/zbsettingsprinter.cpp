@@ -2,7 +2,7 @@
 #include "zbsettingsprinter.h"
 
 #include "presetlist.h"
-#include "printeroptions.h"
+#include "printeroptionrows.h"
 #include "zbsettingsprinter_p.h"
 
 #include <QtCore/QVector>
@@ -28,7 +28,7 @@ ZBSettingsPrinter::ZBSettingsPrinter(QObject *parent)
     populateDitheringMap();
     populateCutOptionsMap();
 
-    for (const PrinterOption *const option : printerOptionsInReadingOrder)
+    for (const PrinterOptionRow *const option : printerOptionRowsInReadingOrder)
         option->read(d->values, *d->printerOptions, d->names);
 
     d->orientationComboBoxModel = d->names.orientations.keys();
@@ -43,15 +43,15 @@ ZBSettingsPrinter::~ZBSettingsPrinter() = default;
 
 void ZBSettingsPrinter::populateOrientationMap()
 {
-    d->names.orientations.insert(orientationNames());
+    d->names.orientations.insert(orientationNames(d->names.texts));
 }
 
 void ZBSettingsPrinter::populateDitheringMap()
 {
-    d->names.ditheringMethods.insert(ditheringNames(d->names.ditheringWords));
+    d->names.ditheringMethods.insert(ditheringNames(d->names.texts));
 }
 
 void ZBSettingsPrinter::populateCutOptionsMap()
 {
-    d->names.cuts.insert(cutNames());
+    d->names.cuts.insert(cutNames(d->names.texts));
 }

@@ -17,7 +17,7 @@ struct ZBSettingsPrinterPrivate
     QStringList orientationComboBoxModel;
     QStringList cutComboBoxModel;
     QStringList ditheringComboBoxModel;
-    PrinterNames names{DitheringWords::translated(), {}, {}, {}};
+    PrinterNames names{PrinterTexts::translated(), {}, {}, {}};
 
     // Neither is ever deleted: both live as long as the process, also where objects of ours come and go.
     CupsSupport *const printerOptions = new CupsSupport;

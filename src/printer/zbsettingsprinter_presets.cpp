@@ -3,7 +3,7 @@
 
 #include "preset.h"
 #include "presetlist.h"
-#include "printeroptions.h"
+#include "printeroptionrows.h"
 #include "zbsettingsprinter_p.h"
 
 namespace {
@@ -11,7 +11,7 @@ namespace {
 QStringList presetOptions(const PrinterValues &values, const CupsSupport &options)
 {
     QStringList result;
-    for (const PrinterOption *const option : printerOptionsInSavingOrder) {
+    for (const PrinterOptionRow *const option : printerOptionRowsInSavingOrder) {
         result.append(QLatin1String(option->key));
         result.append(option->text(values, options));
     }
@@ -63,8 +63,8 @@ QStringList ZBSettingsPrinter::loadPreset(QString presetName)
     if (options.isEmpty())
         return options;
 
-    const PrinterValues parsed = valuesOfPreset(options, d->names.ditheringWords);
-    for (const PrinterOption *const option : printerOptionsInLoadingOrder)
+    const PrinterValues parsed = valuesOfPreset(options, d->names.texts);
+    for (const PrinterOptionRow *const option : printerOptionRowsInLoadingOrder)
         option->apply(d->values, parsed, *this);
     d->presetList->setCurrentPreset(preset);
     return options;

@@ -3,7 +3,7 @@
 #include "fuzztarget.h"
 #include "numbertext.h"
 
-#include "printeroptions.h"
+#include "printeroptionrows.h"
 
 #include <algorithm>
 #include <limits>
@@ -150,9 +150,9 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     for (const std::string &element : elements)
         options.append(QString::fromUtf8(element.data(), static_cast<int>(element.size())));
 
-    static const DitheringWords words = DitheringWords::translated();
+    static const PrinterTexts texts = PrinterTexts::translated();
     const std::string expected = expectedValues(elements);
-    const std::string actual = written(valuesOfPreset(options, words));
+    const std::string actual = written(valuesOfPreset(options, texts));
     if (actual != expected)
         reportDifference(expected, actual);
     return 0;

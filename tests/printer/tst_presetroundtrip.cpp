@@ -9,6 +9,7 @@
 #include <QtTest/QtTest>
 
 #include <memory>
+#include <sys/stat.h>
 
 namespace {
 
@@ -122,6 +123,7 @@ private Q_SLOTS:
     void secondPresetOfANameIsFoundFirst();
     void userPresetsAreListedBehindTheCurrentSettings();
     void predefinedPresetsStay();
+    void presetThatIsSetAlreadyWritesNothing();
     void fractionOfTheStopIsLost();
     void unknownNameChangesNothing();
 
@@ -240,6 +242,31 @@ void TestPresetRoundTrip::predefinedPresetsStay()
                           QStringLiteral("copies"), QStringLiteral("1")}));
     QCOMPARE(CupsSupport().getMirror(), false);
     QCOMPARE(int(CupsSupport().getOrientation()), 5);
+}
+
+// A preset costs the disk what it changes.
+void TestPresetRoundTrip::presetThatIsSetAlreadyWritesNothing()
+{
+    QRandomGenerator random(12);
+    ZBSettingsPrinter printer;
+    setEverything(printer, random);
+    printer.setDitheringMethod(QStringLiteral("Stucki Dither"));
+    printer.addPreset(QStringLiteral("Shoes"));
+    // Every write leaves a later time, and makes a new file.
+    const auto lastWrite = [] {
+        const QByteArray file = QFile::encodeName(QDir::homePath() + QStringLiteral("/.cups/lpoptions"));
+        struct stat state = {};
+        return ::stat(file.constData(), &state) == 0
+            ? qMakePair(qint64(state.st_mtim.tv_sec), qint64(state.st_mtim.tv_nsec))
+            : qMakePair(qint64(0), qint64(0));
+    };
+    const auto before = lastWrite();
+    QVERIFY(before.first != 0);
+    printer.loadPreset(QStringLiteral("Shoes"));
+    QCOMPARE(lastWrite(), before);
+    printer.setFeedOffset(printer.feedOffset() == 1 ? 2 : 1);
+    printer.loadPreset(QStringLiteral("Shoes"));
+    QVERIFY(lastWrite() > before);
 }
 
 void TestPresetRoundTrip::fractionOfTheStopIsLost()

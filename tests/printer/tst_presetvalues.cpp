@@ -1,5 +1,5 @@
 // What the keys and values of a preset come to, row by row, without any library.
-#include "printeroptions.h"
+#include "printeroptionrows.h"
 
 #include <QtTest/QtTest>
 
@@ -15,7 +15,7 @@ QStringList texts(std::initializer_list<const char *> list)
 
 PrinterValues valuesOf(const QStringList &options)
 {
-    return valuesOfPreset(options, DitheringWords::translated());
+    return valuesOfPreset(options, PrinterTexts::translated());
 }
 
 const QMap<QString, bool PrinterValues::*> flags{

@@ -68,7 +68,6 @@ class TestPrinterPresets : public QObject
 
 private Q_SLOTS:
     void init();
-    void cleanup();
 
     void presetHoldsEveryOptionInOrder();
     void presetOfOtherValues();
@@ -84,6 +83,7 @@ private Q_SLOTS:
     void deletionLooksUpDeletesMakesCurrentAndSaves();
     void deletionOfAnUnknownNamePassesOnNothing();
     void deletionWithoutANameDoesNothing();
+    void nameOfBlanksIsAName();
 
     void listShowsUserPresetsBehindTheFirstPredefinedOne_data();
     void listShowsUserPresetsBehindTheFirstPredefinedOne();
@@ -92,6 +92,7 @@ private Q_SLOTS:
     void loadingChangesThePropertiesAndAnnouncesTheOrientationAlone();
     void loadingLeavesTheRibbonSaver();
     void absentKeysLoadTheirDefaults();
+    void listOfOneElementIsLoadedToo();
     void loadingWithoutOptionsChangesNothing_data();
     void loadingWithoutOptionsChangesNothing();
     void valuesAreStoredBeforeTheirSetterAndAfterThoseBefore();
@@ -102,8 +103,6 @@ void TestPrinterPresets::init()
 {
     reset();
 }
-
-void TestPrinterPresets::cleanup() { }
 
 void TestPrinterPresets::presetHoldsEveryOptionInOrder()
 {
@@ -323,6 +322,18 @@ void TestPrinterPresets::deletionWithoutANameDoesNothing()
     QCOMPARE(takeCalls(), QStringList());
 }
 
+void TestPrinterPresets::nameOfBlanksIsAName()
+{
+    const QString blanks = QStringLiteral("   ");
+    state().presets = {{blanks, fullOptions}};
+    ZBSettingsPrinter printer;
+    takeCalls();
+    printer.deletePreset(blanks);
+    QCOMPARE(takeCalls().mid(0, 2), texts({"findPreset(\"   \")", "deletePreset(preset    )"}));
+    printer.loadPreset(blanks);
+    QCOMPARE(takeCalls().last(), QStringLiteral("setCurrentPreset(preset    )"));
+}
+
 void TestPrinterPresets::listShowsUserPresetsBehindTheFirstPredefinedOne_data()
 {
     QTest::addColumn<QStringList>("user");
@@ -430,6 +441,18 @@ void TestPrinterPresets::absentKeysLoadTheirDefaults()
     QCOMPARE(printer.orientationOption(), QStringLiteral("Landscape"));
     QCOMPARE(printer.ditheringMethod(), QStringLiteral("Atkinson Dither"));
     QCOMPARE(printer.cutOption(), QStringLiteral("Cut After Page"));
+}
+
+void TestPrinterPresets::listOfOneElementIsLoadedToo()
+{
+    state().presets = {{shoes, texts({"CutMedia"})}};
+    ZBSettingsPrinter printer;
+    takeCalls();
+    QCOMPARE(printer.loadPreset(shoes), texts({"CutMedia"}));
+    const QStringList calls = takeCalls();
+    QVERIFY(calls.contains(QStringLiteral("setCut(0)")));
+    QVERIFY(calls.contains(QStringLiteral("setOrientation(5)")));
+    QCOMPARE(calls.last(), QStringLiteral("setCurrentPreset(preset Shoes)"));
 }
 
 void TestPrinterPresets::loadingWithoutOptionsChangesNothing_data()

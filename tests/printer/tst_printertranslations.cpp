@@ -61,6 +61,7 @@ private Q_SLOTS:
     void presetsSetTranslatedNames_data();
     void presetsSetTranslatedNames();
     void translatorThatComesLaterIsNotHeard();
+    void presetsSpeakTheLanguageOfTheModels();
 
 private:
     Translator m_translator;
@@ -148,6 +149,24 @@ void TestPrinterTranslations::translatorThatComesLaterIsNotHeard()
     takeCalls();
     printer.setPrintOrientation(QStringLiteral("Landscape"));
     QCOMPARE(takeCalls(), texts({"setOrientation(5)"}));
+}
+
+// Else a preset that is loaded after a change of the language would set the value of a name that no model
+// holds.
+void TestPrinterTranslations::presetsSpeakTheLanguageOfTheModels()
+{
+    state().presets = {
+        {QStringLiteral("Shoes"), texts({"orientation-requested", "6", "Dithering", "16", "CutMedia", "2"})}};
+    ZBSettingsPrinter printer;
+    QCoreApplication::removeTranslator(&m_translator);
+    takeCalls();
+    printer.loadPreset(QStringLiteral("Shoes"));
+    const QStringList calls = takeCalls();
+    for (const char *const call : {"setOrientation(6)", "setDithering(16)", "setCut(2)"})
+        QVERIFY2(calls.contains(QLatin1String(call)), call);
+    QCOMPARE(printer.orientationOption(), QStringLiteral("Hoch"));
+    QCOMPARE(printer.ditheringMethod(), QStringLiteral("Floyd-Steinberg Streuung"));
+    QCOMPARE(printer.cutOption(), QStringLiteral("Am Ende"));
 }
 
 QTEST_GUILESS_MAIN(TestPrinterTranslations)

@@ -25,6 +25,7 @@ private slots:
     void heldSchedulerAnswersWhenItGoesOn();
     void acceptedJobOutlivesItsScheduler();
     void onlyTheDevicesOwnUserMayChangeQueues();
+    void configurationIsNotReadByThePort();
 
 private:
     QString document(const QByteArray &content);
@@ -253,7 +254,7 @@ void PrintingTest::choicesAreThePrinters_data()
         QTest::newRow(option) << QByteArray("*False True");
     QTest::newRow("RibbonSaver") << QByteArray("*Disabled Enabled");
     QTest::newRow("CutMedia") << QByteArray("*0 1 2");
-    QTest::newRow("Dithering") << QByteArray("*16 17 18 20 21 24 25 32 33 0 65 66");
+    QTest::newRow("Dithering") << QByteArray("16 17 18 20 21 24 25 32 33 *0 65 66");
     QTest::newRow("PageSize") << QByteArray("*w288h288 w432h432 w648h648");
 }
 
@@ -298,6 +299,8 @@ void PrintingTest::acceptedJobOutlivesItsScheduler()
     QVERIFY(job > 0);
     QCOMPARE(control("kill"), 0);
     QVERIFY(run(QStringLiteral("lpstat"), {QStringLiteral("-p")}).status != 0);
+    for (const char *const word : {"kill", "pause", "resume"})
+        QVERIFY2(control(word) != 0, "the number may be somebody else's by now");
     QCOMPARE(control("start"), 0);
     QVERIFY2(control("start") != 0, "one scheduler is enough");
     const Run release = run(QStringLiteral("lp"),
@@ -323,6 +326,18 @@ void PrintingTest::onlyTheDevicesOwnUserMayChangeQueues()
     QVERIFY(
         run(QStringLiteral("lpstat"), {QStringLiteral("-v")}).output.contains("device for Other: bracken:/"));
     QCOMPARE(run(QStringLiteral("lpadmin"), {QStringLiteral("-x"), QStringLiteral("Other")}).status, 0);
+}
+
+void PrintingTest::configurationIsNotReadByThePort()
+{
+    const QString port =
+        variable("ZBVIRTUALDEVICE_PRINTER").section(QLatin1Char(':'), 2).section(QLatin1Char('/'), 0, 0);
+    const QString request = QStringLiteral("exec 3<>/dev/tcp/127.0.0.1/%1;"
+                                           "printf 'GET /admin/conf/cupsd.conf HTTP/1.1\\r\\nHost: "
+                                           "localhost\\r\\n\\r\\n' >&3; head -n 1 <&3")
+                                .arg(port);
+    const Run answer = run(QStringLiteral("bash"), {QStringLiteral("-c"), request});
+    QVERIFY2(answer.output.startsWith("HTTP/1.1 401"), answer.output.constData());
 }
 
 QTEST_GUILESS_MAIN(PrintingTest)

@@ -8,12 +8,18 @@ has_state() {
     grep -q "^State:[[:space:]]*$1" "/proc/$pid/status" 2>/dev/null
 }
 
+# Not somebody else who got the number after the scheduler had gone.
+must_run() {
+    [ "$(readlink "/proc/$pid/exe")" = "$place/cupsd" ] || { echo "The scheduler does not run." >&2; exit 1; }
+}
+
 # A device has its scheduler from the beginning; PID is empty only for `run`, before that.
 pid=
 [ ! -e "$place/pid" ] || read -r pid <"$place/pid"
 
 case ${1-} in
 kill)
+    must_run
     kill -s KILL "$pid"
     until ! kill -s 0 "$pid" 2>/dev/null || has_state Z; do sleep 0.005; done
     ;;
@@ -29,10 +35,12 @@ start)
     done
     ;;
 pause)
+    must_run
     kill -s STOP "$pid"
     until has_state T; do sleep 0.005; done
     ;;
 resume)
+    must_run
     kill -s CONT "$pid"
     ;;
 pid)

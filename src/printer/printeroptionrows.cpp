@@ -1,5 +1,5 @@
 // The table of options, and the three orders in which they are gone through.
-#include "printeroptions.h"
+#include "printeroptionrows.h"
 
 #include "cupssupport.h"
 #include "zbsettingsprinter.h"
@@ -43,24 +43,24 @@ void applyName(Values &values, const Values &parsed, Printer &printer)
 }
 
 template <bool (CupsSupport::*get)() const, bool Values::*member, void (Printer::*set)(bool)>
-constexpr PrinterOption flag(const char *key)
+constexpr PrinterOptionRow flag(const char *key)
 {
     return {key,
             [](Values &values, Options options, const PrinterNames &) { values.*member = (options.*get)(); },
             [](const Values &, Options options) { return flagText((options.*get)()); },
-            [](Values &values, const Text &text, const DitheringWords &) {
+            [](Values &values, const Text &text, const PrinterTexts &) {
                 values.*member = text == QLatin1String("True");
             },
             applyValue<bool, member, set>};
 }
 
-template <int Values::*member> void parseNumber(Values &values, const Text &text, const DitheringWords &)
+template <int Values::*member> void parseNumber(Values &values, const Text &text, const PrinterTexts &)
 {
     values.*member = numberIn(text.value_or(QString()));
 }
 
 template <int (CupsSupport::*get)() const, int Values::*member, void (Printer::*set)(int)>
-constexpr PrinterOption number(const char *key)
+constexpr PrinterOptionRow number(const char *key)
 {
     return {key,
             [](Values &values, Options options, const PrinterNames &) { values.*member = (options.*get)(); },
@@ -69,7 +69,7 @@ constexpr PrinterOption number(const char *key)
 }
 
 template <int head, int Values::*member, void (Printer::*set)(int)>
-constexpr PrinterOption headOffset(const char *key)
+constexpr PrinterOptionRow headOffset(const char *key)
 {
     return {key,
             [](Values &values, Options options, const PrinterNames &) {
@@ -79,46 +79,47 @@ constexpr PrinterOption headOffset(const char *key)
             parseNumber<member>, applyValue<int, member, set>};
 }
 
-constexpr PrinterOption orientation{
+constexpr PrinterOptionRow orientation{
     "orientation-requested",
     [](Values &values, Options options, const PrinterNames &names) {
         values.orientationEnum = options.getOrientation();
         values.orientationOption = names.orientations.key(values.orientationEnum);
     },
     [](const Values &, Options options) { return QString::number(int(options.getOrientation())); },
-    [](Values &values, const Text &text, const DitheringWords &) {
+    [](Values &values, const Text &text, const PrinterTexts &texts) {
         constexpr int landscape = 5;
-        values.orientationOption = orientationNameOfPreset(text ? numberIn(*text) : landscape);
+        values.orientationOption = orientationNameOfPreset(text ? numberIn(*text) : landscape, texts);
     },
     applyName<&Values::orientationOption, &Printer::setPrintOrientation>};
 
-constexpr PrinterOption dithering{
+constexpr PrinterOptionRow dithering{
     "Dithering",
     [](Values &values, Options options, const PrinterNames &names) {
         values.ditheringMethod = names.ditheringMethods.key(options.getDithering());
     },
     [](const Values &, Options options) { return QString::number(options.getDithering()); },
-    [](Values &values, const Text &text, const DitheringWords &words) {
+    [](Values &values, const Text &text, const PrinterTexts &texts) {
         constexpr int atkinson = 21;
-        values.ditheringMethod = ditheringNameOfPreset(text ? numberIn(*text) : atkinson, words);
+        values.ditheringMethod = ditheringNameOfPreset(text ? numberIn(*text) : atkinson, texts);
     },
     applyName<&Values::ditheringMethod, &Printer::setDitheringMethod>};
 
-constexpr PrinterOption cut{"CutMedia",
-                            [](Values &values, Options options, const PrinterNames &names) {
-                                values.cutEnum = options.getCut();
-                                values.cutOption = names.cuts.key(values.cutEnum);
-                            },
-                            // The cut mode that the page shows, which another program may have changed since.
-                            [](const Values &values, Options) { return QString::number(values.cutEnum); },
-                            [](Values &values, const Text &text, const DitheringWords &) {
-                                constexpr int afterPage = 1;
-                                values.cutOption = cutNameOfPreset(text ? numberIn(*text) : afterPage);
-                            },
-                            applyName<&Values::cutOption, &Printer::setCutOption>};
+constexpr PrinterOptionRow cut{
+    "CutMedia",
+    [](Values &values, Options options, const PrinterNames &names) {
+        values.cutEnum = options.getCut();
+        values.cutOption = names.cuts.key(values.cutEnum);
+    },
+    // The cut mode that the page shows, which another program may have changed since.
+    [](const Values &values, Options) { return QString::number(values.cutEnum); },
+    [](Values &values, const Text &text, const PrinterTexts &texts) {
+        constexpr int afterPage = 1;
+        values.cutOption = cutNameOfPreset(text ? numberIn(*text) : afterPage, texts);
+    },
+    applyName<&Values::cutOption, &Printer::setCutOption>};
 
 // A preset saves the fraction of the stop and does not load it: of "2.5" it makes 0.
-constexpr PrinterOption backfeed{
+constexpr PrinterOptionRow backfeed{
     "Stop",
     [](Values &values, Options options, const PrinterNames &) {
         values.backfeedOffset = withoutFraction(options.getStop());
@@ -128,41 +129,41 @@ constexpr PrinterOption backfeed{
     applyValue<int, &Values::backfeedOffset, &Printer::setBackfeedOffset>};
 
 // Part of a preset for programs that read it; loading one leaves the ribbon saver as the user has set it.
-constexpr PrinterOption ribbonSaver{"RibbonSaver",
-                                    [](Values &values, Options options, const PrinterNames &) {
-                                        values.ribbonSaver = options.getRibbonSaver();
-                                    },
-                                    [](const Values &, Options options) {
-                                        return options.getRibbonSaver() ? QStringLiteral("Enabled")
-                                                                        : QStringLiteral("Disabled");
-                                    },
-                                    nullptr, nullptr};
+constexpr PrinterOptionRow ribbonSaver{"RibbonSaver",
+                                       [](Values &values, Options options, const PrinterNames &) {
+                                           values.ribbonSaver = options.getRibbonSaver();
+                                       },
+                                       [](const Values &, Options options) {
+                                           return options.getRibbonSaver() ? QStringLiteral("Enabled")
+                                                                           : QStringLiteral("Disabled");
+                                       },
+                                       nullptr, nullptr};
 
-constexpr PrinterOption negative =
+constexpr PrinterOptionRow negative =
     flag<&CupsSupport::getInverse, &Values::negative, &Printer::setNegative>("NegativePrint");
-constexpr PrinterOption mirror =
+constexpr PrinterOptionRow mirror =
     flag<&CupsSupport::getMirror, &Values::mirror, &Printer::setMirror>("MirrorPrint");
-constexpr PrinterOption overprint =
+constexpr PrinterOptionRow overprint =
     flag<&CupsSupport::getOverprint, &Values::overprint, &Printer::setOverprint>("Overprint");
-constexpr PrinterOption whitebase =
+constexpr PrinterOptionRow whitebase =
     flag<&CupsSupport::getWhiteBase, &Values::whitebase, &Printer::setWhitebase>("WhiteBase");
-constexpr PrinterOption head1 =
+constexpr PrinterOptionRow head1 =
     headOffset<1, &Values::head1HeatOffset, &Printer::setHead1HeatOffset>("head1Offset");
-constexpr PrinterOption head2 =
+constexpr PrinterOptionRow head2 =
     headOffset<2, &Values::head2HeatOffset, &Printer::setHead2HeatOffset>("head2Offset");
-constexpr PrinterOption feed =
+constexpr PrinterOptionRow feed =
     number<&CupsSupport::getFeed, &Values::feedOffset, &Printer::setFeedOffset>("Feed");
-constexpr PrinterOption horizontal1 =
+constexpr PrinterOptionRow horizontal1 =
     number<&CupsSupport::getOffsetH1, &Values::horizontal1Offset, &Printer::setHorizontal1Offset>("Hoffset1");
-constexpr PrinterOption horizontal2 =
+constexpr PrinterOptionRow horizontal2 =
     number<&CupsSupport::getOffsetH2, &Values::horizontal2Offset, &Printer::setHorizontal2Offset>("Hoffset2");
-constexpr PrinterOption vertical1 =
+constexpr PrinterOptionRow vertical1 =
     number<&CupsSupport::getOffsetV1, &Values::vertical1Offset, &Printer::setVertical1Offset>("Voffset1");
-constexpr PrinterOption vertical2 =
+constexpr PrinterOptionRow vertical2 =
     number<&CupsSupport::getOffsetV2, &Values::vertical2Offset, &Printer::setVertical2Offset>("Voffset2");
-constexpr PrinterOption r1 =
+constexpr PrinterOptionRow r1 =
     number<&CupsSupport::getR1Tension, &Values::r1Tension, &Printer::setR1Tension>("R1TensionAdjust");
-constexpr PrinterOption r2 =
+constexpr PrinterOptionRow r2 =
     number<&CupsSupport::getR2Tension, &Values::r2Tension, &Printer::setR2Tension>("R2TensionAdjust");
 
 Text textBehind(const char *key, const QStringList &options)
@@ -173,24 +174,24 @@ Text textBehind(const char *key, const QStringList &options)
 
 } // namespace
 
-const std::array<const PrinterOption *, 18> printerOptionsInReadingOrder{
+const std::array<const PrinterOptionRow *, 18> printerOptionRowsInReadingOrder{
     &negative, &mirror, &overprint,   &whitebase,   &orientation, &dithering, &cut, &head1, &head2,
     &backfeed, &feed,   &horizontal1, &horizontal2, &vertical1,   &vertical2, &r1,  &r2,    &ribbonSaver};
 
-const std::array<const PrinterOption *, 18> printerOptionsInSavingOrder{
+const std::array<const PrinterOptionRow *, 18> printerOptionRowsInSavingOrder{
     &orientation, &mirror,      &negative,  &overprint, &whitebase, &cut,
     &horizontal1, &horizontal2, &vertical1, &vertical2, &feed,      &backfeed,
     &dithering,   &head1,       &head2,     &r1,        &r2,        &ribbonSaver};
 
-const std::array<const PrinterOption *, 17> printerOptionsInLoadingOrder{
+const std::array<const PrinterOptionRow *, 17> printerOptionRowsInLoadingOrder{
     &negative,    &mirror,      &overprint,   &whitebase, &head1,    &head2,
     &horizontal1, &horizontal2, &vertical1,   &vertical2, &backfeed, &feed,
     &r1,          &r2,          &orientation, &dithering, &cut};
 
-PrinterValues valuesOfPreset(const QStringList &options, const DitheringWords &words)
+PrinterValues valuesOfPreset(const QStringList &options, const PrinterTexts &texts)
 {
     PrinterValues values;
-    for (const PrinterOption *const option : printerOptionsInLoadingOrder)
-        option->parse(values, textBehind(option->key, options), words);
+    for (const PrinterOptionRow *const option : printerOptionRowsInLoadingOrder)
+        option->parse(values, textBehind(option->key, options), texts);
     return values;
 }

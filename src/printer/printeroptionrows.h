@@ -13,7 +13,7 @@
 class CupsSupport;
 class ZBSettingsPrinter;
 
-struct PrinterOption
+struct PrinterOptionRow
 {
     /// Key in a preset's list, by which CUPS calls the option too.
     const char *key;
@@ -23,16 +23,16 @@ struct PrinterOption
     QString (*text)(const PrinterValues &values, const CupsSupport &options);
     /// Takes a preset's text, or the default where there is none. Null for an option that presets leave
     /// alone.
-    void (*parse)(PrinterValues &values, const std::optional<QString> &text, const DitheringWords &words);
+    void (*parse)(PrinterValues &values, const std::optional<QString> &text, const PrinterTexts &texts);
     /// Takes over the parsed value and hands it to the slot that sets the option. Null as above.
     void (*apply)(PrinterValues &values, const PrinterValues &parsed, ZBSettingsPrinter &printer);
 };
 
 /// The options in the order in which each is done.
-extern const std::array<const PrinterOption *, 18> printerOptionsInReadingOrder;
-extern const std::array<const PrinterOption *, 18> printerOptionsInSavingOrder;
-extern const std::array<const PrinterOption *, 17> printerOptionsInLoadingOrder;
+extern const std::array<const PrinterOptionRow *, 18> printerOptionRowsInReadingOrder;
+extern const std::array<const PrinterOptionRow *, 18> printerOptionRowsInSavingOrder;
+extern const std::array<const PrinterOptionRow *, 17> printerOptionRowsInLoadingOrder;
 
 /// What a preset's keys and values come to. A key is looked for among all elements of \a options, whether
 /// they stand for a key or for a value; the first counts. One behind which nothing stands has an empty text.
-PrinterValues valuesOfPreset(const QStringList &options, const DitheringWords &words);
+PrinterValues valuesOfPreset(const QStringList &options, const PrinterTexts &texts);
