@@ -25,7 +25,13 @@ struct ZBSettingsPrinterPrivate;
  *
  * \par Names
  * Orientations, cut modes and dithering methods go by their translated names. A translator that shall be
- * heard has to be installed before the object is made. A name that is not in the model counts as 0.
+ * heard has to be installed before the object is made. A name that is not in the model counts as 0: no
+ * orientation, "No Cut", or the threshold method.
+ *
+ * \par Numbers
+ * Offsets are in the printer's position steps, -2000 to 2000, heat offsets in its heat steps, -50 to 50, and
+ * tensions in its tension steps, -10 to 10, as the reference library has them (`cupssupport.h`); it takes the
+ * nearest number inside. What a step is in millimetres is the printer's business.
  *
  * \par Threads and blocking
  * Everything runs on the thread that created the object. With the reference libraries a setter waits for the
@@ -41,11 +47,12 @@ class ZBSETTINGS_EXPORT ZBSettingsPrinter : public QObject
 {
     Q_OBJECT
 
-    /// Display name of the print orientation.
+    /// Display name of the print orientation; empty while none is set.
     Q_PROPERTY(QString orientationOption READ orientationOption NOTIFY orientationOptionChanged)
-    /// Display name of the cut mode.
+    /// Display name of the cut mode; empty for one without a name.
     Q_PROPERTY(QString cutOption READ cutOption NOTIFY cutOptionChanged)
-    /// Display name of the dithering method.
+    /// Display name of the dithering method; empty for one without a name. After loadPreset() of a preset
+    /// with the Bayer method it is a name that is not in the model.
     Q_PROPERTY(QString ditheringMethod READ ditheringMethod NOTIFY ditheringMethodChanged)
     /// Print orientation, QMLCupsEnums::Orientation; 0 for none.
     Q_PROPERTY(int orientationEnum READ orientationEnum NOTIFY orientationEnumChanged)
@@ -150,9 +157,9 @@ public Q_SLOTS:
      */
     void printTestPage(double supplyWidth);
     void setBackfeedOffset(int backfeedOffset);
-    /// Sets the cut mode by its name and `cutEnum` with it. No signal follows.
+    /// Sets the cut mode by its name and `cutEnum` with it; 0 for an unknown name. No signal follows.
     void setCutOption(QString cutOptionName);
-    /// Sets the dithering method by its name.
+    /// Sets the dithering method by its name; 0, the threshold method, for an unknown name.
     void setDitheringMethod(QString ditheringName);
     void setFeedOffset(int feedOffset);
     void setHead1HeatOffset(int heatOffset);
@@ -163,7 +170,8 @@ public Q_SLOTS:
     void setNegative(bool negative);
     void setOverprint(bool overprint);
     void setWhitebase(bool whitebase);
-    /// Sets the orientation by its name and `orientationEnum` with it; orientationEnumChanged() follows.
+    /// Sets the orientation by its name and `orientationEnum` with it; 0 for an unknown name.
+    /// orientationEnumChanged() follows in any case.
     void setPrintOrientation(QString orientationName);
     void setVertical1Offset(int vertical1Offset);
     void setVertical2Offset(int vertical2Offset);
@@ -179,15 +187,16 @@ public Q_SLOTS:
     /// happens for an empty name.
     void deletePreset(QString presetName);
     /// The names for the list of presets: the first of the predefined ones, if there are more than two, then
-    /// the user's.
+    /// the user's without "Sample Preset". With the reference library the first is "<Current Settings>",
+    /// which has no options.
     QStringList populatePresetList();
     /**
      * Sets the options to those of the preset of this name, except for the ribbon saver, and makes it
      * current. An option that the preset does not have gets its default. Changes the properties without their
      * signals, but for orientationEnumChanged().
      *
-     * \return the preset's keys and values in turn; empty, and nothing is changed, when it has none or there
-     * is no such preset
+     * \return the preset's keys and values in turn ("Feed", "12", "MirrorPrint", "True" ...); empty, and
+     * nothing is changed, when it has none or there is no such preset
      */
     QStringList loadPreset(QString presetName);
 

@@ -50,5 +50,11 @@ void startUnread(QProcess &process, const QStringList &arguments)
 
 void startDetached(const QString &program, const QStringList &arguments)
 {
-    QProcess::startDetached(program, arguments);
+    // What it prints is nobody's, and a tool that hangs shall not keep the caller's channels open.
+    QProcess process;
+    process.setProgram(program);
+    process.setArguments(arguments);
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.startDetached();
 }

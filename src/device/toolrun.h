@@ -22,6 +22,6 @@ QString outputOfTool(QProcess &process, const QString &program, const QStringLis
 /// lost when an earlier run of \a process has not ended.
 void startUnread(QProcess &process, const QStringList &arguments);
 
-/// Starts \a program as a process of its own, which outlives this one. Whether it starts and how it ends is
-/// not looked at.
+/// Starts \a program as a process of its own, which outlives this one. Whether it starts, how it ends and
+/// what it prints is not looked at.
 void startDetached(const QString &program, const QStringList &arguments);

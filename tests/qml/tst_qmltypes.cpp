@@ -42,7 +42,8 @@ void TestQmlTypes::init()
 void TestQmlTypes::everyTypeIsReachableUnderItsClassName_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("back end") << QStringLiteral("ZBSettingsMain");
+    QTest::newRow("settings") << QStringLiteral("ZBSettingsMain");
+    QTest::newRow("print options") << QStringLiteral("ZBSettingsPrinter");
     QTest::newRow("fields of the About page") << QStringLiteral("ZBSettingsAboutInfoFields");
     QTest::newRow("printing") << QStringLiteral("QMLCupsEnums");
     QTest::newRow("tabs") << QStringLiteral("ZBSettingsTabNames");
