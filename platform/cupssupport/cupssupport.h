@@ -22,15 +22,16 @@ enum _CupsOrientation : int {
  * Nothing here talks to the scheduler, so it works alike with a scheduler that runs, hangs or is not there.
  *
  * A getter costs one look at the file's properties; the file is read only after it changed, whoever changed
- * it. So a getter never gives an older value than the file held when it was called, and several objects, also
- * of other processes, see each other's changes. An option that is not in the user's file has the value of the
- * system's file /etc/cups/lpoptions, and where that has none either, false, 0 or CupsOrientationNone.
+ * it, and again by each call until the change is some 20 ms old. So a getter never gives an older value than
+ * the file held when it was called, and several objects, also of other processes, see each other's changes.
+ * An option that is not in the user's file has the value of the system's file /etc/cups/lpoptions, and where
+ * that has none either, false, 0 or CupsOrientationNone.
  *
  * A setter returns when its change is on the disk; it then outlives a power cut. A value that the user's file
  * holds already is not written again. A number outside its range counts as the nearest one inside; that is
  * one warning in the log for each option and process. A change that cannot be written (full disk, home folder
- * that cannot be written, file held by another process for more than a second) leaves the file as it was and
- * is one warning in the log until a change can be written again; nothing else tells the caller.
+ * that cannot be written, folder held by another process for a second and a half) leaves the file as it was
+ * and is one warning in the log until a change can be written again; nothing else tells the caller.
  *
  * To be used from one thread. No file stays open between two calls.
  */
@@ -61,7 +62,8 @@ public:
     void setRibbonSaver(bool ribbonSaver);
 
     /// Option orientation-requested. CupsOrientationNone, and every value outside 3 to 6, takes the option
-    /// out of the file.
+    /// out of the user's file; an orientation that the system's file has then counts, which so cannot be
+    /// overridden with none.
     _CupsOrientation getOrientation() const;
     void setOrientation(_CupsOrientation orientation);
 

@@ -4,8 +4,10 @@
 #include <sys/stat.h>
 
 /**
- * A file's device, inode, size and its two times in nanoseconds. Two states that are equal hold the same
- * bytes: whoever writes in place changes a time, whoever replaces the file changes the inode.
+ * A file's device, inode, size and its two times in nanoseconds. Whoever writes in place changes a time,
+ * whoever replaces the file changes the inode. Yet a clock for files that goes in ticks of some milliseconds
+ * gives two writes of the same tick the same times, and an inode may be used again. So two states that are
+ * equal hold the same bytes if the first one was settled when the file was read.
  */
 class FileState
 {
@@ -32,6 +34,9 @@ public:
     bool isThere() const { return m_isThere; }
     off_t size() const { return m_size; }
     timespec modified() const { return m_modified; }
+    /// Whether a write after \a now has another time than the file had: both of its times are some ticks
+    /// before \a now, and not after it. A file that is not there is settled.
+    bool isSettledAt(const timespec &now) const;
 
     friend bool operator==(const FileState &left, const FileState &right)
     {

@@ -91,8 +91,14 @@ private:
     // A quotation mark inside a word is a character like any other.
     void takeWord(QByteArray &result)
     {
-        while (!isAtEnd() && !isAtSpace())
-            takeUnescaped(result);
+        while (!isAtEnd() && !isAtSpace()) {
+            const int begin = m_position;
+            while (!isAtEnd() && !isAtSpace() && !isAt('\\'))
+                skip();
+            result.append(m_text.constData() + begin, m_position - begin);
+            if (isAt('\\'))
+                takeUnescaped(result);
+        }
     }
 
     const QByteArray &m_text;

@@ -10,6 +10,7 @@ struct LpOptionsReading
 {
     QByteArray text; ///< empty when there is no file
     FileState state; ///< of the file that the text is from
+    bool isSettled = true; ///< whether a later file has another state
     QString failure; ///< why a file that is there could not be read; empty when all is well
 };
 
@@ -18,6 +19,7 @@ struct LpOptionsReading
  *
  * libcups empties the file and then writes it anew, without a lock. So a file that is empty, or has no end of
  * line at its end, or changes while it is read is read again until it has been left alone for 100 ms, and
- * then taken as it is. That is the longest that this takes.
+ * then taken as it is. That is the longest that this takes. A file that has no end of line at its end and is
+ * \a known, which is what the last reading gave, is taken at once.
  */
-LpOptionsReading readLpOptions(const QByteArray &path);
+LpOptionsReading readLpOptions(const QByteArray &path, const QByteArray &known);

@@ -104,20 +104,22 @@ std::optional<QueueLine> lineOf(const QByteArray &text, const QByteArray &queue)
     return std::nullopt;
 }
 
-/// The same without the options named \a name.
-QVector<LpOption> others(QVector<LpOption> options, const QByteArray &name)
+/// Whether both have the same options in the same order, not counting those named \a name.
+bool areOthersSame(const QVector<LpOption> &left, const QVector<LpOption> &right, const QByteArray &name)
 {
-    const auto isNamed = [&name](const LpOption &option) { return isSameLpName(option.name, name); };
-    options.erase(std::remove_if(options.begin(), options.end(), isNamed), options.end());
-    return options;
-}
-
-bool isSameReading(const QVector<LpOption> &left, const QVector<LpOption> &right)
-{
-    const auto isSame = [](const LpOption &one, const LpOption &other) {
-        return one.name == other.name && one.value == other.value;
-    };
-    return std::equal(left.cbegin(), left.cend(), right.cbegin(), right.cend(), isSame);
+    const auto isOther = [&name](const LpOption &option) { return !isSameLpName(option.name, name); };
+    auto one = left.cbegin();
+    auto other = right.cbegin();
+    for (;;) {
+        one = std::find_if(one, left.cend(), isOther);
+        other = std::find_if(other, right.cend(), isOther);
+        if (one == left.cend() || other == right.cend())
+            return one == left.cend() && other == right.cend();
+        if (one->name != other->name || one->value != other->value)
+            return false;
+        ++one;
+        ++other;
+    }
 }
 
 QByteArray appended(QByteArray text, const QByteArray &line)
@@ -127,9 +129,9 @@ QByteArray appended(QByteArray text, const QByteArray &line)
     return text + line + '\n';
 }
 
-QByteArray withoutOption(QByteArray text, const QueueLine &line, const QByteArray &name)
+QByteArray withoutOption(QByteArray text, const QueueLine &line, const QVector<LpOption> &options,
+                         const QByteArray &name)
 {
-    const QVector<LpOption> options = lpOptionsIn(line.options);
     for (auto option = options.crbegin(); option != options.crend(); ++option) {
         if (!isSameLpName(option->name, name))
             continue;
@@ -142,10 +144,9 @@ QByteArray withoutOption(QByteArray text, const QueueLine &line, const QByteArra
     return text;
 }
 
-QByteArray withChangedOption(QByteArray text, const QueueLine &line, const QByteArray &name,
-                             const QByteArray &assignment)
+QByteArray withChangedOption(QByteArray text, const QueueLine &line, const QVector<LpOption> &options,
+                             const QByteArray &name, const QByteArray &assignment)
 {
-    const QVector<LpOption> options = lpOptionsIn(line.options);
     for (auto option = options.crbegin(); option != options.crend(); ++option) {
         if (isSameLpName(option->name, name)) {
             const int begin = line.inText(option->begin);
@@ -172,21 +173,30 @@ std::optional<QByteArray> withLpOption(const QByteArray &text, const QByteArray 
     const std::optional<QueueLine> line = lineOf(text, queue);
     if (!line && value.isNull())
         return text;
+    const QVector<LpOption> before = line ? lpOptionsIn(line->options) : QVector<LpOption>();
     const QByteArray assignment = name + '=' + value;
     QByteArray result;
     if (!line)
         result = appended(text, "Dest " + queue + ' ' + assignment);
     else if (value.isNull())
-        result = withoutOption(text, *line, name);
+        result = withoutOption(text, *line, before, name);
     else
-        result = withChangedOption(text, *line, name, assignment);
+        result = withChangedOption(text, *line, before, name, assignment);
 
     const int lineSize = line ? line->line.end - line->line.begin : 0;
     if (std::max(lineSize, lineSize + result.size() - text.size()) >= longestLine)
         return std::nullopt;
-    const QVector<LpOption> before = lpOptionsOf(text, queue);
     const QVector<LpOption> after = lpOptionsOf(result, queue);
-    if (lpOptionValue(after, name) != value || !isSameReading(others(before, name), others(after, name)))
+    if (lpOptionValue(after, name) != value || !areOthersSame(before, after, name))
         return std::nullopt;
     return result;
+}
+
+QByteArray withEndedLine(const QByteArray &text, const QByteArray &queue)
+{
+    // Looked at first, since nearly every file has it.
+    if (text.endsWith('\n'))
+        return text;
+    const std::optional<QueueLine> line = lineOf(text, queue);
+    return line && line->line.end == text.size() ? text + '\n' : text;
 }

@@ -25,3 +25,7 @@ QVector<LpOption> lpOptionsOf(const QByteArray &text, const QByteArray &queue);
  */
 std::optional<QByteArray> withLpOption(const QByteArray &text, const QByteArray &queue,
                                        const QByteArray &name, const QByteArray &value);
+
+/// \a text with an end of line where it ends with the line of \a queue without one, as a file does that a
+/// person edited. Everybody who meets a file without takes it for one that is being written.
+QByteArray withEndedLine(const QByteArray &text, const QByteArray &queue);

@@ -2,16 +2,10 @@
 #pragma once
 
 #include "filedescriptor.h"
-#include "filestate.h"
 
 #include <QtCore/QByteArray>
-#include <QtCore/QString>
 
-/**
- * Holds an exclusive flock(2) on the folder while it lives. The file itself cannot carry the lock, since it
- * is replaced: a process that waited would then own a lock on a file that is the options' no more. The kernel
- * gives the lock back when its process ends in any way.
- */
+/// Holds the folder's lock (FolderLock) while it lives. Errors are errno values, and 0 is none.
 class OptionsFolder
 {
 public:
@@ -19,22 +13,16 @@ public:
     /// where only it is missing.
     OptionsFolder(const QByteArray &path, int patience);
 
-    /// Why the folder is not there or not locked; empty when it is.
-    QString failure() const { return m_failure; }
-    /// Whether it is another process that has the lock.
-    bool isHeldByOther() const { return m_isHeldByOther; }
+    /// Why the folder is not there or not locked; EWOULDBLOCK when another process has the lock.
+    int error() const { return m_error; }
 
     /**
      * Makes \a content the content of the file \a name, with the mode and, where that is allowed, the owner
      * that it had. When this returns the file is on the disk; until then the old one is there as a whole.
-     * Says why it failed, or nothing.
      */
-    QString replace(const QByteArray &name, const QByteArray &content) const;
+    int replace(const QByteArray &name, const QByteArray &content) const;
 
 private:
-    QString writeNewFile(const QByteArray &name, const QByteArray &newName, const QByteArray &content) const;
-
     FileDescriptor m_folder;
-    QString m_failure;
-    bool m_isHeldByOther = false;
+    int m_error;
 };

@@ -3,16 +3,17 @@
 
 #include "lpoptionsreading.h"
 #include "lpoptionstext.h"
+#include "optionsfiles.h"
 #include "optionsfolder.h"
 
 #include <QtCore/QDebug>
-#include <QtCore/QDir>
-#include <QtCore/QFile>
-#include <QtCore/QFileInfo>
+
+#include <array>
+#include <climits>
+#include <unistd.h>
 
 namespace {
 
-constexpr int patienceMilliseconds = 1000;
 constexpr int mostLinks = 40;
 
 QByteArray queue()
@@ -20,29 +21,41 @@ QByteArray queue()
     return QByteArrayLiteral("BrackenXL");
 }
 
-QByteArray userFile()
+/// With the slash at its end, so that the root is a folder like any other; empty for the current one.
+QByteArray folderOf(const QByteArray &path)
 {
-    return QFile::encodeName(QDir::homePath()) + "/.cups/lpoptions";
+    return path.left(path.lastIndexOf('/') + 1);
 }
 
-QByteArray systemFile()
+QByteArray nameOf(const QByteArray &path)
 {
-    const QByteArray folder = qgetenv("CUPS_SERVERROOT");
-    return (folder.isEmpty() ? QByteArrayLiteral("/etc/cups") : folder) + "/lpoptions";
+    return path.mid(path.lastIndexOf('/') + 1);
+}
+
+/// Where the symbolic link \a path leads; null when it is none.
+QByteArray targetOf(const QByteArray &path)
+{
+    std::array<char, PATH_MAX> target{};
+    const ssize_t size = ::readlink(path.constData(), target.data(), target.size());
+    return size > 0 ? QByteArray(target.data(), int(size)) : QByteArray();
 }
 
 /// The file that \a path names after all symbolic links, which may have none of that name yet.
-QString withoutLinks(QString path)
+QByteArray withoutLinks(QByteArray path)
 {
-    for (int links = 0; links < mostLinks && QFileInfo(path).isSymLink(); ++links)
-        path = QFileInfo(path).symLinkTarget();
+    for (int links = 0; links < mostLinks; ++links) {
+        const QByteArray target = targetOf(path);
+        if (target.isNull())
+            break;
+        path = target.startsWith('/') ? target : folderOf(path) + target;
+    }
     return path;
 }
 
 } // namespace
 
 PrinterOptionStore::PrinterOptionStore()
-    : PrinterOptionStore(userFile(), systemFile())
+    : PrinterOptionStore(userOptionsFile(), systemOptionsFile())
 {
 }
 
@@ -54,16 +67,38 @@ PrinterOptionStore::PrinterOptionStore(const QByteArray &userFile, const QByteAr
 
 void PrinterOptionStore::File::refresh()
 {
-    if (isRead && FileState::of(path.constData()) == state)
-        return;
-    LpOptionsReading reading = readLpOptions(path);
-    isRead = true;
+    if (!isStateTrusted || FileState::of(path.constData()) != state)
+        read();
+}
+
+void PrinterOptionStore::File::read()
+{
+    const LpOptionsReading reading = readLpOptions(path, text);
     state = reading.state;
-    text = reading.text;
+    isStateTrusted = reading.isSettled;
     failure = reading.failure;
+    if (isParsed && reading.text == text && reading.text.isNull() == text.isNull())
+        return;
+    text = reading.text;
+    isParsed = true;
     const QVector<LpOption> options = lpOptionsOf(text, queue());
     for (size_t i = 0; i < values.size(); ++i)
         values[i] = lpOptionValue(options, printerOptionInfo(PrinterOption(i)).name);
+}
+
+bool PrinterOptionStore::File::has(PrinterOption option, const QByteArray &expected) const
+{
+    const QByteArray present = value(option);
+    return failure.isEmpty() && present == expected && present.isNull() == expected.isNull();
+}
+
+// What state the file has now is not known: another program may have written it since.
+void PrinterOptionStore::File::noteWritten(const QByteArray &newText, PrinterOption option,
+                                           const QByteArray &value)
+{
+    isStateTrusted = false;
+    text = newText;
+    values.at(size_t(option)) = value;
 }
 
 QByteArray PrinterOptionStore::value(PrinterOption option)
@@ -78,31 +113,39 @@ QByteArray PrinterOptionStore::value(PrinterOption option)
 
 void PrinterOptionStore::setValue(PrinterOption option, const QByteArray &value)
 {
-    m_user.refresh();
-    const QByteArray present = m_user.value(option);
-    if (m_user.failure.isEmpty() && present == value && present.isNull() == value.isNull())
-        return;
+    // What differs as far as is known is looked at under the lock, and once is enough.
+    if (!m_user.isParsed || m_user.has(option, value)) {
+        m_user.refresh();
+        if (m_user.has(option, value))
+            return;
+    }
     report(change(option, value));
 }
 
 QString PrinterOptionStore::change(PrinterOption option, const QByteArray &value)
 {
-    const QFileInfo file(withoutLinks(QFile::decodeName(m_user.path)));
-    // Who waited in vain once does not wait again, so that a process that hangs costs one wait and not one
-    // for each option.
-    const OptionsFolder folder(QFile::encodeName(file.path()), m_isHeldByOther ? 0 : patienceMilliseconds);
-    m_isHeldByOther = folder.isHeldByOther();
-    if (!folder.failure().isEmpty())
-        return folder.failure();
+    if (m_user.path.isEmpty())
+        return QStringLiteral("the user has no home folder");
+    const QByteArray path = withoutLinks(m_user.path);
+    const OptionsFolder folder(folderOf(path), m_patience.milliseconds());
+    m_patience.noteOutcome(folder.error());
+    if (folder.error() != 0)
+        return FolderLock::reasonOf(folder.error());
 
-    m_user.refresh();
+    m_user.read();
     if (!m_user.failure.isEmpty())
         return m_user.failure;
+    if (m_user.has(option, value))
+        return {};
     const std::optional<QByteArray> text =
         withLpOption(m_user.text, queue(), printerOptionInfo(option).name, value);
     if (!text)
         return QStringLiteral("there is no place for it in the printer's line");
-    return *text == m_user.text ? QString() : folder.replace(QFile::encodeName(file.fileName()), *text);
+    const QByteArray ended = withEndedLine(*text, queue());
+    if (const int error = folder.replace(nameOf(path), ended))
+        return FolderLock::reasonOf(error);
+    m_user.noteWritten(ended, option, value);
+    return {};
 }
 
 void PrinterOptionStore::report(const QString &failure)

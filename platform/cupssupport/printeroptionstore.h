@@ -2,6 +2,7 @@
 #pragma once
 
 #include "filestate.h"
+#include "folderlock.h"
 #include "printeroptions.h"
 
 #include <QtCore/QString>
@@ -10,7 +11,7 @@
 
 /**
  * The options of one queue. Values are kept in memory for as long as the files stay as they are, which one
- * stat(2) tells. No file stays open.
+ * stat(2) tells, but for the first few milliseconds after a change. No file stays open.
  */
 class PrinterOptionStore
 {
@@ -32,14 +33,20 @@ private:
     {
         QByteArray path;
         FileState state;
-        bool isRead = false;
+        bool isStateTrusted = false; ///< whether the file is as it was when it has this state
+        bool isParsed = false;
         QByteArray text;
         QString failure;
         std::array<QByteArray, printerOptionCount> values;
 
-        /// Reads the file if it has changed.
+        /// Reads the file if it may have changed.
         void refresh();
+        void read();
+        /// That the file has become \a newText, in which \a option is \a value and nothing else is new.
+        void noteWritten(const QByteArray &newText, PrinterOption option, const QByteArray &value);
         QByteArray value(PrinterOption option) const { return values.at(size_t(option)); }
+        /// Whether the file can be read and \a option is \a expected in it.
+        bool has(PrinterOption option, const QByteArray &expected) const;
     };
 
     QString change(PrinterOption option, const QByteArray &value);
@@ -48,5 +55,5 @@ private:
     File m_user;
     File m_system;
     QString m_lastFailure;
-    bool m_isHeldByOther = false;
+    LockPatience m_patience;
 };

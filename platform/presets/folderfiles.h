@@ -1,13 +1,14 @@
 // System calls on one folder and its files: a lock, and files that are there as a whole or not at all.
 #pragma once
 
+#include "filedescriptor.h"
+
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
 /**
- * An open folder. Everything that changes it is done under its lock, an exclusive flock(2) on the folder
- * itself, which needs no file and which the kernel releases when its process ends in any way.
+ * An open folder. Everything that changes it is done under its lock (FolderLock).
  *
  * Functions that return an int return 0, or the errno value (errno(3)) with which they failed.
  */
@@ -20,14 +21,13 @@ public:
         MadeAndLocked ///< made if need be, with what is missing above it, for the user alone; for changes
     };
 
-    /// Longest wait for the lock, in milliseconds; error() is EWOULDBLOCK after it.
-    static constexpr int patience = 500;
     /// Larger files are not read (EFBIG) and not written.
     static constexpr int largestFile = 4 * 1024 * 1024;
 
-    FolderFiles(const QString &path, Opening opening);
-    ~FolderFiles();
+    /// Waits at most \a patience milliseconds for the lock, if it is to be locked.
+    FolderFiles(const QString &path, Opening opening, int patience);
 
+    /// Why the folder is not open or not locked; EWOULDBLOCK when another process has the lock.
     int error() const { return m_error; }
 
     /// Names of all files but folders, sorted by code units; those that are not UTF-8 are left out.
@@ -50,7 +50,7 @@ public:
 private:
     Q_DISABLE_COPY(FolderFiles)
 
-    int m_folder = -1;
-    int m_error = 0;
+    FileDescriptor m_folder;
+    int m_error;
     bool m_hasChanged = false;
 };

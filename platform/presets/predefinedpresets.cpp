@@ -19,7 +19,7 @@ QStringList defaultOptions()
 QString readSystemPreset(const QString &path, const QString &modelName, QStringList *options)
 {
     const QFileInfo file(path);
-    const FolderFiles folder(file.path(), FolderFiles::Opening::Existing);
+    const FolderFiles folder(file.path(), FolderFiles::Opening::Existing, 0);
     QByteArray text;
     const int error = folder.error() != 0 ? folder.error() : folder.read(file.fileName(), &text);
     if (error == ENOENT)

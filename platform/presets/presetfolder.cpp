@@ -15,6 +15,12 @@ QString reasonOf(int error)
     return qt_error_string(error);
 }
 
+// A symbolic link, a pipe or something else that no file of ours is, and what is too large for one.
+bool isOfAnotherKind(int error)
+{
+    return error == ELOOP || error == EINVAL || error == EFBIG || error == ENXIO;
+}
+
 // By the order's entries; what it does not name comes behind them, by index and then by file name, as which
 // the presets come here.
 void sortBy(const PresetOrder &order, QVector<StoredPreset> *presets)
@@ -35,10 +41,11 @@ void sortBy(const PresetOrder &order, QVector<StoredPreset> *presets)
 
 } // namespace
 
-PresetFolder::PresetFolder(const QString &path, const QString &modelName, FolderFiles::Opening opening)
+PresetFolder::PresetFolder(const QString &path, const QString &modelName, FolderFiles::Opening opening,
+                           int patience)
     : m_path(path)
     , m_modelName(modelName)
-    , m_files(path, opening)
+    , m_files(path, opening, patience)
 {
 }
 
@@ -68,8 +75,7 @@ void PresetFolder::readPreset(const QString &fileName, PresetFolderContent *cont
     // Another process took it away meanwhile.
     if (error == ENOENT)
         return;
-    // A symbolic link, a pipe or something else that no preset is, and what is too large for one.
-    if (error == ELOOP || error == EINVAL || error == EFBIG || error == ENXIO)
+    if (isOfAnotherKind(error))
         return setAside(fileName, content);
     if (error != 0) {
         content->unread.append(fileName);
@@ -100,11 +106,24 @@ void PresetFolder::readOrder(PresetFolderContent *content)
     const int error = m_files.read(name, &text);
     if (error == ENOENT)
         return;
+    if (error != 0 && !isOfAnotherKind(error)) {
+        content->isOrderKept = false;
+        content->complaints.append(QStringLiteral("cannot read %1: %2").arg(pathOf(name), reasonOf(error)));
+        return;
+    }
     PresetOrder order;
-    if (error == 0 && readPresetOrderText(text, &order) == PresetTextKind::Readable)
+    switch (error != 0 ? PresetTextKind::Damaged : readPresetOrderText(text, &order)) {
+    case PresetTextKind::Readable:
         content->order = order;
-    else
+        break;
+    case PresetTextKind::Newer:
+        content->isOrderKept = false;
+        content->complaints.append(
+            QStringLiteral("%1 has a newer format and is left alone").arg(pathOf(name)));
+        break;
+    case PresetTextKind::Damaged:
         setAside(name, content);
+    }
 }
 
 void PresetFolder::setAside(const QString &fileName, PresetFolderContent *content)
@@ -136,16 +155,6 @@ int PresetFolder::add(const QString &wish, const PresetRecord &record, QString *
     if (error != 0)
         m_files.remove(unfinishedFileName());
     return error;
-}
-
-std::optional<PresetOrder> PresetFolder::readOrder() const
-{
-    QByteArray text;
-    PresetOrder order;
-    if (m_files.read(presetOrderFileName(m_modelName), &text) != 0
-        || readPresetOrderText(text, &order) != PresetTextKind::Readable)
-        return std::nullopt;
-    return order;
 }
 
 int PresetFolder::writeOrder(const PresetOrder &order)

@@ -22,6 +22,7 @@ struct PresetFolderContent
 {
     QVector<StoredPreset> presets; ///< in their order
     std::optional<PresetOrder> order; ///< as it was written last; nothing when it never was
+    bool isOrderKept = true; ///< whether the order can be written; not one that only a newer version reads
     QStringList unread; ///< names of files that stay although they could not be read
     QStringList setAside; ///< names that damaged files had
     QStringList complaints; ///< one line for the log each
@@ -35,28 +36,29 @@ struct PresetFolderContent
 class PresetFolder
 {
 public:
-    PresetFolder(const QString &path, const QString &modelName, FolderFiles::Opening opening);
+    /// Waits at most \a patience milliseconds for the lock.
+    PresetFolder(const QString &path, const QString &modelName, FolderFiles::Opening opening, int patience);
 
     int error() const { return m_files.error(); }
 
     /**
-     * All presets that can be read. Damaged files are renamed to "*.damaged". Files of another model, of a
-     * newer format, and those that cannot be opened stay as they are.
+     * All presets that can be read, in the order that was written. Damaged files are renamed to
+     * "*.damaged". Files of another model, of a newer format, and those that cannot be opened stay as they
+     * are.
      */
     int read(PresetFolderContent *content);
     /// Puts \a record into a new file, named after \a wish; \a fileName becomes the file's name.
     int add(const QString &wish, const PresetRecord &record, QString *fileName);
     int remove(const QString &fileName) { return m_files.remove(fileName); }
-    /// The order without the presets; nothing when it was never written or is damaged.
-    std::optional<PresetOrder> readOrder() const;
-    /// Writes \a order, unless it is there already.
+    /// Reads the order without the presets into \a content, which has none so far.
+    void readOrder(PresetFolderContent *content);
+    /// Writes \a order, unless it is there already. Not for an order that is not kept.
     int writeOrder(const PresetOrder &order);
     int sync() const { return m_files.sync(); }
     bool hasChanged() const { return m_files.hasChanged(); }
 
 private:
     void readPreset(const QString &fileName, PresetFolderContent *content);
-    void readOrder(PresetFolderContent *content);
     void setAside(const QString &fileName, PresetFolderContent *content);
     QString pathOf(const QString &fileName) const;
 

@@ -21,7 +21,7 @@
  * Nothing here throws or reports a failure to the caller. What cannot be read or written is one warning in
  * the log; as long as writing fails for the same reason, it is not repeated. A change that could not be
  * written stays in the list and is tried again by the next save(). Calls that write wait for another process
- * that is writing, at most for half a second.
+ * that is writing, at most for a second and a half.
  *
  * To be used from one thread.
  */
@@ -51,7 +51,8 @@ public:
     /**
      * Takes \a preset out of the list and ends it; its file goes with the next save(). The preset before it
      * in the list becomes the current one (the first one, if there is none before it), and its name is
-     * returned; empty when no preset is left.
+     * returned; empty when no preset is left. Whoever looks that name up gets the newest preset of the name,
+     * which is another one where two have it.
      *
      * A null pointer, a predefined preset and one that is not in this list are not deleted: nothing changes,
      * and the name of the current preset is returned, empty when none is current.
@@ -60,7 +61,8 @@ public:
 
     /**
      * Makes \a preset the current one, or none with a null pointer. It is on the disk when this returns, but
-     * for a preset that was not saved yet, where save() does it. A preset that is not in this list changes
+     * for a preset that was not saved yet, where save() does it. A temporary one has no file: on the disk,
+     * and here after the next save(), none is current then. A preset that is not in this list changes
      * nothing.
      */
     void setCurrentPreset(Preset *preset);

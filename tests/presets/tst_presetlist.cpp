@@ -1,4 +1,5 @@
 // The list as the printer object uses it, and its files as a person sees them.
+#include "filebytes.h"
 #include "messagelog.h"
 #include "presethome.h"
 #include "presetlist.h"
@@ -88,6 +89,7 @@ private Q_SLOTS:
     void predefinedPresetsAreNotDeleted();
     void whatIsNotInTheListIsNotDeleted();
     void ofTwoPresetsWithOneNameTheGivenOneIsDeleted();
+    void thePresetBeforeADeletedOneBecomesCurrentByItsName();
     void aPresetThatWasNeverSavedIsDeleted();
     void aTemporaryPresetIsNotWritten();
     void indicesGrowAndAreNotGivenTwice();
@@ -96,6 +98,8 @@ private Q_SLOTS:
     void whatIsNoPresetIsSetAsideAndTheRestIsRead_data();
     void whatIsNoPresetIsSetAsideAndTheRestIsRead();
     void aDamagedOrderIsSetAside();
+    void anOrderThatIsDamagedMeanwhileIsSetAside();
+    void anOrderOfANewerFormatIsLeftAlone();
     void aPresetWhoseFileIsDamagedMeanwhileIsWrittenAgain();
     void filesOfOthersAreLeftAlone();
     void aPresetOfAnotherModelKeepsItsFileName();
@@ -451,6 +455,17 @@ void TestPresetList::ofTwoPresetsWithOneNameTheGivenOneIsDeleted()
     QCOMPARE(optionsOf(after, text("Shoes")), feed("2"));
 }
 
+void TestPresetList::thePresetBeforeADeletedOneBecomesCurrentByItsName()
+{
+    PresetList list(model, true);
+    addPreset(&list, text("Shoes"), feed("1"));
+    addPreset(&list, text("Boxes"));
+    addPreset(&list, text("Shoes"), feed("2"));
+    QCOMPARE(deletePreset(&list, text("Boxes")), text("Shoes"));
+    // Two have that name: the newest is meant.
+    QVERIFY(order().contains("\ncurrent: Shoes_p-2\n"));
+}
+
 void TestPresetList::aPresetThatWasNeverSavedIsDeleted()
 {
     PresetList list(model, true);
@@ -472,6 +487,12 @@ void TestPresetList::aTemporaryPresetIsNotWritten()
     QCOMPARE(optionsOf(list, text("Draft")), feed("1"));
     QCOMPARE(list.getUserPresetNames().size(), 2);
     QCOMPARE(PresetList(model, true).getUserPresetNames(), texts({"Shoes"}));
+
+    // There is no file that could be named as the current one.
+    list.setCurrentPreset(list.findPreset(text("Draft")));
+    QVERIFY(!order().contains("current"));
+    list.save(predefinedNames);
+    QCOMPARE(list.deletePreset(nullptr), QString());
 }
 
 void TestPresetList::indicesGrowAndAreNotGivenTwice()
@@ -526,7 +547,8 @@ void TestPresetList::whatIsNoPresetIsSetAsideAndTheRestIsRead_data()
     QTest::newRow("foreign") << QByteArray("Dest BrackenXL Feed=Custom.3\n");
     QTest::newRow("bytes") << QByteArray("\xff\0\x01", 3);
     QTest::newRow("too large") << QByteArray(5000000, 'x');
-    QTest::newRow("link") << QByteArray();
+    QTest::newRow("link to a preset elsewhere") << QByteArray();
+    QTest::newRow("pipe") << QByteArray();
 }
 
 void TestPresetList::whatIsNoPresetIsSetAsideAndTheRestIsRead()
@@ -534,8 +556,12 @@ void TestPresetList::whatIsNoPresetIsSetAsideAndTheRestIsRead()
     QFETCH(QByteArray, content);
     QVERIFY(m_home->write("Boxes_p", presetFile("Boxes", 2, "Feed: 7")));
     QVERIFY(m_home->write("Shoes_p.damaged", "an older one"));
-    if (content.isNull())
-        QVERIFY(QFile::link(QStringLiteral("/dev/zero"), m_home->folder() + QStringLiteral("Shoes_p")));
+    const QString path = m_home->folder() + QStringLiteral("Shoes_p");
+    const QString elsewhere = m_home->path() + QStringLiteral("/elsewhere");
+    if (QTest::currentDataTag() == QByteArray("pipe"))
+        QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    else if (content.isNull())
+        QVERIFY(FileBytes::write(elsewhere, presetFile("Shoes", 1)) && QFile::link(elsewhere, path));
     else
         QVERIFY(m_home->write("Shoes_p", content));
 
@@ -565,6 +591,44 @@ void TestPresetList::aDamagedOrderIsSetAside()
     QCOMPARE(list.getUserPresetNames(), texts({"b", "a"}));
     QCOMPARE(m_home->names(), texts({"BrackenXL.list.damaged", "a", "b"}));
     QCOMPARE(m_log->texts().size(), 1);
+    m_log->clear();
+}
+
+void TestPresetList::anOrderThatIsDamagedMeanwhileIsSetAside()
+{
+    PresetList list(model, true);
+    addPreset(&list, text("Shoes"));
+    addPreset(&list, text("Boxes"));
+    QVERIFY(m_home->write("BrackenXL.list", "a person's notes"));
+    list.setCurrentPreset(list.findPreset(text("Shoes")));
+    QCOMPARE(m_home->content("BrackenXL.list.damaged"), QByteArray("a person's notes"));
+    QVERIFY(order().contains("\ncurrent: Shoes_p\n"));
+    QVERIFY(order().contains("\nShoes_p: Shoes\nBoxes_p: Boxes\n"));
+    QCOMPARE(m_log->texts().size(), 1);
+    m_log->clear();
+}
+
+void TestPresetList::anOrderOfANewerFormatIsLeftAlone()
+{
+    const QByteArray newer("Corvanta preset list, format 2\nwhatever\n");
+    QVERIFY(m_home->write("Boxes_p", presetFile("Boxes", 1)));
+    QVERIFY(m_home->write("BrackenXL.list", newer));
+    PresetList list(model, true);
+    addPreset(&list, text("Shoes"));
+    addPreset(&list, text("Hats"));
+    list.setCurrentPreset(list.findPreset(text("Shoes")));
+    list.save(predefinedNames);
+    list.save(predefinedNames);
+    // All but the order is kept, and this list goes on with the current preset.
+    QCOMPARE(list.deletePreset(nullptr), text("Shoes"));
+    QCOMPARE(deletePreset(&list, text("Hats")), text("Shoes"));
+    QCOMPARE(PresetList(model, true).getUserPresetNames(), texts({"Boxes", "Shoes"}));
+    QCOMPARE(order(), newer);
+    QCOMPARE(m_home->names(), texts({"Boxes_p", "BrackenXL.list", "Shoes_p"}));
+    const QString line = QStringLiteral("PresetList: %1BrackenXL.list has a newer format and is left alone.")
+                             .arg(m_home->folder());
+    // Each list says it once.
+    QCOMPARE(m_log->texts(), QStringList({line, line}));
     m_log->clear();
 }
 

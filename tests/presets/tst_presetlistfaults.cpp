@@ -1,7 +1,9 @@
 // What happens to the presets when processes are killed, write at the same time, hang, or find no room.
+#include "diskcalls.h"
 #include "messagelog.h"
 #include "presethome.h"
 #include "presetlist.h"
+#include "smalldisk.h"
 
 #include <QtTest/QtTest>
 
@@ -10,9 +12,7 @@
 #include <functional>
 #include <memory>
 #include <random>
-#include <sched.h>
 #include <sys/file.h>
-#include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -23,14 +23,15 @@ namespace {
 
 const QString model = QStringLiteral("BrackenXL");
 constexpr int notAllowed = 77;
+constexpr int kept = 5; // presets of each of two processes
 
 // Copying a process with all that the sanitizer has mapped takes long.
 #ifdef __SANITIZE_ADDRESS__
 constexpr int kills = 30;
-constexpr int presetsOfEach = 20;
+constexpr int savesOfEach = 100;
 #else
 constexpr int kills = 200;
-constexpr int presetsOfEach = 100;
+constexpr int savesOfEach = 1000;
 #endif
 
 void addPreset(PresetList *list, const QString &name)
@@ -142,27 +143,6 @@ private:
     bool m_changed = false;
 };
 
-/// A small disk in memory at \a folder that only this process sees.
-bool mountDisk(const QByteArray &folder)
-{
-    const auto write = [](const char *path, const QByteArray &content) {
-        QFile file(QString::fromLatin1(path));
-        return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
-    };
-    const QByteArray user = QByteArray::number(getuid());
-    const QByteArray group = QByteArray::number(getgid());
-    if (getuid() == 0) {
-        if (unshare(CLONE_NEWNS) != 0)
-            return false;
-    } else if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0 || !write("/proc/self/setgroups", "deny")
-               || !write("/proc/self/uid_map", "0 " + user + " 1")
-               || !write("/proc/self/gid_map", "0 " + group + " 1")) {
-        return false;
-    }
-    return mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0
-        && mount("tmpfs", folder.constData(), "tmpfs", 0, "size=128k,mode=0700") == 0;
-}
-
 } // namespace
 
 class TestPresetListFaults : public QObject
@@ -173,6 +153,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void everyStepIsOnTheDiskBeforeTheNextOne();
     void killsLoseNothing();
     void twoProcessesLoseNothing();
     void aFullDiskIsLoggedOnceAndLosesNothing();
@@ -181,6 +162,7 @@ private Q_SLOTS:
     void aHungProcessHidesNoPresetAndLosesNothing();
     void anUnreadableFileStaysInTheList();
     void whatAKilledProcessLeftIsNoObstacle();
+    void aFolderInTheNewFilesPlaceIsNamed();
 
 private:
     std::unique_ptr<PresetHome> m_home;
@@ -195,6 +177,31 @@ void TestPresetListFaults::init()
 void TestPresetListFaults::cleanup()
 {
     m_home.reset();
+}
+
+void TestPresetListFaults::everyStepIsOnTheDiskBeforeTheNextOne()
+{
+    const auto stepsOf = [this](const std::function<void()> &action) {
+        const DiskCalls::Record record;
+        action();
+        return record.steps(m_home->path());
+    };
+    const QStringList folders{QStringLiteral("make ~/.cups"), QStringLiteral("sync ~"),
+                              QStringLiteral("make ~/.cups/Presets"), QStringLiteral("sync ~/.cups")};
+    const QStringList preset{QStringLiteral("sync ~/.cups/Presets/presets.new"),
+                             QStringLiteral("rename presets.new Shoes_p")};
+    const QStringList order{QStringLiteral("sync ~/.cups/Presets/presets.new"),
+                            QStringLiteral("rename presets.new BrackenXL.list")};
+    const QStringList names{QStringLiteral("sync ~/.cups/Presets")};
+    PresetList list(model, true);
+    QCOMPARE(stepsOf([&list] { addPreset(&list, QStringLiteral("Shoes")); }),
+             folders + preset + order + names);
+    QCOMPARE(stepsOf([&list] { list.setCurrentPreset(nullptr); }), order + names);
+    QCOMPARE(stepsOf([&list] {
+                 list.deletePreset(list.findPreset(QStringLiteral("Shoes")));
+                 list.save({});
+             }),
+             order + names);
 }
 
 void TestPresetListFaults::killsLoseNothing()
@@ -269,12 +276,11 @@ void TestPresetListFaults::twoProcessesLoseNothing()
             close(start[1]);
             char ignored = 0;
             while (read(start[0], &ignored, 1) > 0) { }
-            for (int i = 0; i < presetsOfEach; ++i) {
-                addPreset(&list, prefix + QString::number(i));
-                if (i % 2 != 0)
-                    deletePreset(&list, prefix + QString::number(i - 1));
-                // Both also add presets of one name.
-                addPreset(&list, QStringLiteral("both"));
+            // The list stays short, since each save reads all of it.
+            for (int i = 0; i < savesOfEach / 2; ++i) {
+                // Of fifty, both give one the same name.
+                addPreset(&list, i % 50 == 0 ? QStringLiteral("both") : prefix + QString::number(i));
+                deletePreset(&list, prefix + QString::number(i - kept));
             }
             return 0;
         };
@@ -288,29 +294,27 @@ void TestPresetListFaults::twoProcessesLoseNothing()
 
     const MessageLog log;
     QStringList names = PresetList(model, true).getUserPresetNames();
-    QCOMPARE(names.removeAll(QStringLiteral("both")), 2 * presetsOfEach);
+    QCOMPARE(names.removeAll(QStringLiteral("both")), 2 * (savesOfEach / 2 / 50));
     for (const QString &prefix : {QStringLiteral("one"), QStringLiteral("two")}) {
         QStringList expected;
-        for (int i = 1; i < presetsOfEach; i += 2)
+        for (int i = savesOfEach / 2 - kept; i < savesOfEach / 2; ++i)
             expected.append(prefix + QString::number(i));
         QCOMPARE(names.filter(prefix), expected);
     }
-    QCOMPARE(names.size(), presetsOfEach);
+    QCOMPARE(names.size(), 2 * kept);
     QCOMPARE(log.texts(), QStringList());
 }
 
 void TestPresetListFaults::aFullDiskIsLoggedOnceAndLosesNothing()
 {
     Fork process([this] {
-        if (!mountDisk(m_home->path().toLocal8Bit()))
+        if (!SmallDisk::mountOn(m_home->path().toLocal8Bit()))
             return notAllowed;
         PresetList list(model, true);
         addPreset(&list, QStringLiteral("Shoes"));
         const QByteArray order = m_home->content("BrackenXL.list");
-        QFile filling(m_home->path() + QStringLiteral("/filling"));
-        if (!filling.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        if (!SmallDisk::fill(m_home->path(), 0))
             return 2;
-        while (filling.write(QByteArray(4096, 'x')) > 0) { }
 
         const MessageLog log;
         addPreset(&list, QStringLiteral("Boxes"));
@@ -325,7 +329,8 @@ void TestPresetListFaults::aFullDiskIsLoggedOnceAndLosesNothing()
                                "in the list are written as soon as that is possible again.")
                     .arg(m_home->folder())})
             return 4;
-        filling.resize(0);
+        if (!SmallDisk::clear(m_home->path()))
+            return 6;
         list.save({});
         const QStringList both{QStringLiteral("Shoes"), QStringLiteral("Boxes")};
         return PresetList(model, true).getUserPresetNames() == both && log.texts().size() == 1 ? 0 : 5;
@@ -401,8 +406,15 @@ void TestPresetListFaults::aHungProcessHidesNoPresetAndLosesNothing()
     QVERIFY(timer.elapsed() < 3000);
     QCOMPARE(log.texts(), QStringList());
     addPreset(&list, QStringLiteral("Boxes"));
+    list.setCurrentPreset(list.findPreset(QStringLiteral("Shoes")));
+    list.save({});
+    // One wait, and then brief ones only.
     QVERIFY(timer.elapsed() < 5000);
-    QCOMPARE(log.texts().size(), 1);
+    QCOMPARE(
+        log.texts(),
+        QStringList{QStringLiteral("PresetList: cannot write to %1: another process holds it. The presets "
+                                   "in the list are written as soon as that is possible again.")
+                        .arg(m_home->folder())});
     QCOMPARE(m_home->names().size(), 2);
     close(holder);
     list.save({});
@@ -434,6 +446,26 @@ void TestPresetListFaults::whatAKilledProcessLeftIsNoObstacle()
     addPreset(&list, QStringLiteral("Shoes"));
     QCOMPARE(m_home->names(), QStringList({QStringLiteral("BrackenXL.list"), QStringLiteral("Shoes_p")}));
     QCOMPARE(log.texts(), QStringList());
+}
+
+void TestPresetListFaults::aFolderInTheNewFilesPlaceIsNamed()
+{
+    const QString folder = m_home->folder() + QStringLiteral("presets.new");
+    QVERIFY(QDir().mkpath(folder));
+    const MessageLog log;
+    PresetList list(model, true);
+    addPreset(&list, QStringLiteral("Shoes"));
+    addPreset(&list, QStringLiteral("Boxes"));
+    QCOMPARE(m_home->names(), QStringList{QStringLiteral("presets.new")});
+    QCOMPARE(
+        log.texts(),
+        QStringList{QStringLiteral("PresetList: cannot write to %1: File exists. The presets in the list are "
+                                   "written as soon as that is possible again.")
+                        .arg(m_home->folder())});
+    QVERIFY(QDir().rmdir(folder));
+    list.save({});
+    QCOMPARE(PresetList(model, true).getUserPresetNames(),
+             QStringList({QStringLiteral("Shoes"), QStringLiteral("Boxes")}));
 }
 
 QTEST_GUILESS_MAIN(TestPresetListFaults)

@@ -1,0 +1,252 @@
+// The folder's lock goes to processes in the order of their coming, and a hung one costs a wait.
+#include "folderlock.h"
+
+#include <QtTest/QtTest>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <functional>
+#include <memory>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+constexpr int longPatience = 20000;
+
+/// A process that does \a work until it ends or is killed with this object.
+class Worker
+{
+public:
+    explicit Worker(const std::function<void()> &work)
+        : m_process(fork())
+    {
+        if (m_process != 0)
+            return;
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        work();
+        _exit(0);
+    }
+    ~Worker()
+    {
+        kill(m_process, SIGKILL);
+        waitpid(m_process, nullptr, 0);
+    }
+
+    void stop()
+    {
+        kill(m_process, SIGSTOP);
+        waitpid(m_process, nullptr, WUNTRACED);
+    }
+
+private:
+    Q_DISABLE_COPY(Worker)
+    pid_t m_process;
+};
+
+/// The folder, open and locked as one process has it.
+class Locked
+{
+public:
+    Locked(const QString &path, int patience)
+        : m_folder(open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+        , m_error(FolderLock::take(m_folder, patience))
+    {
+    }
+    ~Locked() { close(m_folder); }
+
+    int error() const { return m_error; }
+
+private:
+    Q_DISABLE_COPY(Locked)
+    const int m_folder;
+    const int m_error;
+};
+
+/// A process that has the lock until the object ends. Not this process: the ones that it starts afterwards
+/// would have the lock with it.
+class Holder
+{
+public:
+    explicit Holder(const QString &path)
+        : m_process([this, path] {
+            const Locked lock(path, longPatience);
+            if (lock.error() == 0 && write(m_word[1], "", 1) == 1)
+                pause();
+        })
+    {
+        char word = 0;
+        if (read(m_word[0], &word, 1) != 1)
+            qFatal("no lock to begin with");
+    }
+    ~Holder()
+    {
+        close(m_word[0]);
+        close(m_word[1]);
+    }
+
+private:
+    Q_DISABLE_COPY(Holder)
+    struct Pipe
+    {
+        Pipe()
+        {
+            if (pipe2(ends, O_CLOEXEC) != 0)
+                qFatal("no pipe");
+        }
+        int operator[](int end) const { return ends[end]; }
+        int ends[2] = {-1, -1};
+    };
+    const Pipe m_word;
+    const Worker m_process;
+};
+
+/// Whether some process waits with \a number.
+bool isWaiting(const QString &path, int number)
+{
+    const int folder = open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    struct flock found = {};
+    found.l_type = F_WRLCK;
+    found.l_start = number;
+    found.l_len = 1;
+    const int result = fcntl(folder, F_OFD_GETLK, &found);
+    close(folder);
+    return result == 0 && found.l_type != F_UNLCK;
+}
+
+} // namespace
+
+class TestFolderLock : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void processesGetItInTheOrderOfTheirComing();
+    void busyProcessDoesNotKeepTheOthersOut();
+    void hungHolderCostsThePatience();
+    void hungWaiterCostsHalfThePatience();
+    void killedHolderAndWaiterCostNothing();
+    void patienceIsShortAfterAWaitInVain();
+
+private:
+    const QTemporaryDir m_folder;
+};
+
+void TestFolderLock::processesGetItInTheOrderOfTheirComing()
+{
+    const QString path = m_folder.path();
+    int pipe[2] = {-1, -1};
+    QCOMPARE(pipe2(pipe, O_CLOEXEC), 0);
+    std::vector<std::unique_ptr<Worker>> workers;
+    {
+        const Holder holder(path);
+        for (char number = 0; number < 5; ++number) {
+            workers.push_back(std::make_unique<Worker>([path, number, &pipe] {
+                const Locked lock(path, longPatience);
+                if (lock.error() != 0 || write(pipe[1], &number, 1) != 1)
+                    _exit(1);
+            }));
+            QTRY_VERIFY(isWaiting(path, number));
+        }
+    }
+    QByteArray order(5, ' ');
+    for (int i = 0; i < order.size(); ++i)
+        QCOMPARE(read(pipe[0], order.data() + i, 1), ssize_t(1));
+    close(pipe[0]);
+    close(pipe[1]);
+    QCOMPARE(order, QByteArray("\0\1\2\3\4", 5));
+}
+
+void TestFolderLock::busyProcessDoesNotKeepTheOthersOut()
+{
+    const QString path = m_folder.path();
+    void *const memory =
+        mmap(nullptr, sizeof(std::atomic<int>), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    QVERIFY(memory != MAP_FAILED);
+    auto *const turns = new (memory) std::atomic<int>(0);
+    QVector<int> overtakings;
+    {
+        const Worker busy([path, turns] {
+            for (;;) {
+                const Locked lock(path, longPatience);
+                if (lock.error() != 0)
+                    _exit(1);
+                ++*turns;
+                usleep(300);
+            }
+        });
+        QTRY_VERIFY(*turns > 0);
+        for (int i = 0; i < 101; ++i) {
+            // Or this process would be the busy one.
+            usleep(500);
+            const int before = *turns;
+            const Locked lock(path, longPatience);
+            QCOMPARE(lock.error(), 0);
+            overtakings.append(*turns - before);
+        }
+    }
+    munmap(memory, sizeof(std::atomic<int>));
+    // Not each: this process may be put to sleep before it takes its place.
+    std::sort(overtakings.begin(), overtakings.end());
+    QVERIFY2(overtakings.at(80) <= 2, qPrintable(QString::number(overtakings.at(80))));
+}
+
+void TestFolderLock::hungHolderCostsThePatience()
+{
+    const Locked hung(m_folder.path(), longPatience);
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(Locked(m_folder.path(), 200).error(), EWOULDBLOCK);
+    QVERIFY(timer.elapsed() >= 200);
+    QVERIFY(timer.elapsed() < 1000);
+    QCOMPARE(FolderLock::reasonOf(EWOULDBLOCK), QStringLiteral("another process holds it"));
+}
+
+void TestFolderLock::hungWaiterCostsHalfThePatience()
+{
+    const QString path = m_folder.path();
+    auto holder = std::make_unique<Holder>(path);
+    Worker waiter([path] { const Locked lock(path, longPatience); });
+    QTRY_VERIFY(isWaiting(path, 0));
+    waiter.stop();
+    holder.reset();
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(Locked(path, 1000).error(), 0);
+    QVERIFY(timer.elapsed() >= 400);
+    QVERIFY(timer.elapsed() < 1000);
+}
+
+void TestFolderLock::killedHolderAndWaiterCostNothing()
+{
+    const QString path = m_folder.path();
+    {
+        const Holder holder(path);
+        const Worker waiter([path] { const Locked lock(path, longPatience); });
+        QTRY_VERIFY(isWaiting(path, 0));
+    }
+    QVERIFY(!isWaiting(path, 0));
+    QCOMPARE(Locked(path, 0).error(), 0);
+}
+
+void TestFolderLock::patienceIsShortAfterAWaitInVain()
+{
+    LockPatience patience;
+    QCOMPARE(patience.milliseconds(), 1500);
+    patience.noteOutcome(EWOULDBLOCK);
+    QCOMPARE(patience.milliseconds(), 20);
+    patience.noteOutcome(EWOULDBLOCK);
+    QCOMPARE(patience.milliseconds(), 20);
+    patience.noteOutcome(0);
+    QCOMPARE(patience.milliseconds(), 1500);
+}
+
+QTEST_APPLESS_MAIN(TestFolderLock)
+#include "tst_folderlock.moc"
