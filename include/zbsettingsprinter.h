@@ -36,7 +36,8 @@ struct ZBSettingsPrinterPrivate;
  * \par Threads and blocking
  * Everything runs on the thread that created the object. With the reference libraries a setter waits for the
  * disk (normally less than a millisecond), a preset that is loaded for each option that it changes, and
- * neither for the print scheduler, whether it runs, hangs or is not there. printTestPage() waits for nothing.
+ * neither for the print scheduler, whether it runs, hangs or is not there. Another process that holds the
+ * options or the presets while it hangs costs 1.5 s once. printTestPage() waits for nothing.
  *
  * \par Errors
  * No slot returns an error, and nothing is logged here; the libraries log what they cannot write.
