@@ -34,4 +34,6 @@ void registerApplicationTypes()
     registerSingleton<ToolOutput>();
     registerSingleton<KeyboardLayouts>();
     registerSingleton<ListSearch>();
+    registerSingleton<PresetNames>();
+    registerSingleton<PrinterFiles>();
 }

@@ -2,12 +2,12 @@
 #include "picturetour.h"
 
 #include "storedvalue.h"
+#include "tourreading.h"
 #include "waiting.h"
 
 #include <zbsettingsqmlenums.h>
 
 #include <QtCore/QProcess>
-#include <QtCore/QSettings>
 #include <QtQuick/QQuickItem>
 #include <QtQuick/QQuickWindow>
 
@@ -35,13 +35,6 @@ constexpr Page pages[] = {{ZBSettingsTabNames::GENERAL, "general"},
                           {ZBSettingsTabNames::PRINTER_ALIGNMENT, "printer-alignment"},
                           {ZBSettingsTabNames::PRINTER_PRESETS, "presets"},
                           {ZBSettingsTabNames::PRINTER_ADVANCED, "printer-advanced"}};
-
-QString settingsFile()
-{
-    return QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Corvanta"),
-                     QStringLiteral("Brindlemark"))
-        .fileName();
-}
 
 } // namespace
 

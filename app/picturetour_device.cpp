@@ -4,20 +4,17 @@
 
 #include "layoutcode.h"
 #include "storedvalue.h"
+#include "tourreading.h"
 #include "waiting.h"
 
 #include <zbsettingsqmlenums.h>
 
 #include <QtCore/QDateTime>
-#include <QtCore/QFile>
-#include <QtCore/QProcess>
 #include <QtCore/QRegularExpression>
-#include <QtCore/QSettings>
 #include <QtQuick/QQuickItem>
 
 namespace {
 
-constexpr int toolMilliseconds = 5000;
 constexpr int pageMilliseconds = 10000;
 constexpr int entryHeight = 52;
 
@@ -26,17 +23,6 @@ constexpr int entryHeight = 52;
 QString clockLog()
 {
     return qEnvironmentVariable("ZBVIRTUALDEVICE_CLOCK_LOG");
-}
-
-QString outputOf(const QString &program, const QStringList &arguments)
-{
-    QProcess tool;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
-    tool.setProcessEnvironment(environment);
-    tool.start(program, arguments);
-    tool.waitForFinished(toolMilliseconds);
-    return QString::fromUtf8(tool.readAllStandardOutput());
 }
 
 QStringList bootValues(const QStringList &names)
@@ -63,12 +49,6 @@ QString orAbsent(const QString &value)
     return value.isEmpty() ? QCoreApplication::translate("AboutPage", "Not available") : value;
 }
 
-QByteArray contentOf(const QString &name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 QDateTime lastTimeInClockLog()
 {
     const QByteArray line = contentOf(clockLog()).trimmed().split('\n').last();
@@ -80,13 +60,6 @@ QString networkTimeByTool()
     return outputOf(QStringLiteral("timedatectl"),
                     {QStringLiteral("show"), QStringLiteral("--property=NTP"), QStringLiteral("--value")})
         .trimmed();
-}
-
-QString settingsFile()
-{
-    return QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Corvanta"),
-                     QStringLiteral("Brindlemark"))
-        .fileName();
 }
 
 } // namespace

@@ -3,13 +3,13 @@
 #include "picturetour.h"
 
 #include "printjob.h"
+#include "tourreading.h"
 #include "waiting.h"
 
 #include <zbsettingsqmlenums.h>
 
 #include <QtCore/QFile>
 #include <QtCore/QFileSystemWatcher>
-#include <QtCore/QProcess>
 #include <QtCore/QTemporaryFile>
 #include <QtQuick/QQuickItem>
 
@@ -17,7 +17,6 @@
 
 namespace {
 
-constexpr int toolMilliseconds = 5000;
 constexpr int printMilliseconds = 20000;
 constexpr int feedSteps = 2;
 
@@ -88,17 +87,6 @@ QString among(const Texts &expected, const Texts &found)
     return pairs.join(QLatin1Char(' '));
 }
 
-QString outputOf(const QString &program, const QStringList &arguments)
-{
-    QProcess tool;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    tool.setProcessEnvironment(environment);
-    tool.start(program, arguments);
-    tool.waitForFinished(toolMilliseconds);
-    return QString::fromUtf8(tool.readAllStandardOutput());
-}
-
 Texts jobAttributes(int job)
 {
     QTemporaryFile request;
@@ -109,12 +97,6 @@ Texts jobAttributes(int job)
     return attributesByTool(outputOf(
         QStringLiteral("ipptool"),
         {QStringLiteral("-tv"), qEnvironmentVariable("ZBVIRTUALDEVICE_PRINTER"), request.fileName()}));
-}
-
-QByteArray contentOf(const QString &name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 QList<int> jobsIn(const QString &folder)
@@ -149,7 +131,9 @@ void PictureTour::demonstratePrinting()
     turnTo(ZBSettingsTabNames::PRINTER_PRESETS);
     click(QStringLiteral("preset.0.load"));
     const QString state = m_driver.visibleText(QStringLiteral("presets.report"));
-    report(state.contains(preset),
+    report(state
+               == QCoreApplication::translate("PresetsPage", "%1 was loaded")
+                      .arg(QStringLiteral("“%1”").arg(preset)),
            QStringLiteral("the preset %1 was loaded, the page says '%2'").arg(preset, state));
     writePicture(QStringLiteral("presets-loaded"));
     askForDeletion();

@@ -1,9 +1,13 @@
-// Hands functions to QML, with the file that one of them needs.
+// Hands functions to QML, with the files that some of them need.
 #include "qmlfunctions.h"
 
 #include "layoutcode.h"
 #include "listsearch.h"
+#include "presetname.h"
 #include "tooloutput.h"
+
+#include <cupssupport.h>
+#include <presetlist.h>
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -67,4 +71,40 @@ QVariantList ListSearch::positions(const QStringList &names, const QString &text
     for (const int position : matchingPositions(names, text))
         list += position;
     return list;
+}
+
+QString PresetNames::visibleName(const QString &text) const
+{
+    return ::visibleName(text);
+}
+
+QString PresetNames::shortened(const QString &text, int characters) const
+{
+    return ::shortened(text, characters);
+}
+
+int PrinterFiles::presetsNamed(const QString &name) const
+{
+    return PresetList(QStringLiteral("BrackenXL"), true).getUserPresetNames().count(name);
+}
+
+QVariantMap PrinterFiles::options() const
+{
+    const CupsSupport stored;
+    return {{QStringLiteral("orientationEnum"), int(stored.getOrientation())},
+            {QStringLiteral("cutEnum"), stored.getCut()},
+            {QStringLiteral("mirror"), stored.getMirror()},
+            {QStringLiteral("negative"), stored.getInverse()},
+            {QStringLiteral("overprint"), stored.getOverprint()},
+            {QStringLiteral("whitebase"), stored.getWhiteBase()},
+            {QStringLiteral("horizontal1Offset"), stored.getOffsetH1()},
+            {QStringLiteral("horizontal2Offset"), stored.getOffsetH2()},
+            {QStringLiteral("vertical1Offset"), stored.getOffsetV1()},
+            {QStringLiteral("vertical2Offset"), stored.getOffsetV2()},
+            {QStringLiteral("feedOffset"), stored.getFeed()},
+            {QStringLiteral("backfeedOffset"), stored.getStop()},
+            {QStringLiteral("head1HeatOffset"), stored.getColorHeadOffset(1)},
+            {QStringLiteral("head2HeatOffset"), stored.getColorHeadOffset(2)},
+            {QStringLiteral("r1Tension"), stored.getR1Tension()},
+            {QStringLiteral("r2Tension"), stored.getR2Tension()}};
 }

@@ -1,10 +1,11 @@
-// ToolOutput, KeyboardLayouts and ListSearch: functions of this program in the form in which QML can call
-// them.
+// ToolOutput, KeyboardLayouts, ListSearch, PresetNames and PrinterFiles: functions of this program in the
+// form in which QML can call them.
 #pragma once
 
 #include <QtCore/QObject>
 #include <QtCore/QStringList>
 #include <QtCore/QVariantList>
+#include <QtCore/QVariantMap>
 
 class ToolOutput : public QObject
 {
@@ -44,4 +45,31 @@ public:
 
     /// Positions of the names that fit what a person typed.
     Q_INVOKABLE QVariantList positions(const QStringList &names, const QString &text) const;
+};
+
+class PresetNames : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    /// One line of what of the text can be seen.
+    Q_INVOKABLE QString visibleName(const QString &text) const;
+    Q_INVOKABLE QString shortened(const QString &text, int characters) const;
+};
+
+/// What other programs find of what the back end was told, which does not report whether it could write it.
+class PrinterFiles : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    /// How many of the user's presets on the disk have this name.
+    Q_INVOKABLE int presetsNamed(const QString &name) const;
+    /// The options by the names of the back end's properties, all but the dithering method and the ribbon
+    /// saver. The backfeed offset is with its fraction.
+    Q_INVOKABLE QVariantMap options() const;
 };

@@ -41,6 +41,8 @@ SettingRow {
             text: combo.displayText
             color: combo.currentIndex < 0 ? row.otherColor : Theme.text
             font.pixelSize: Theme.bodySize - 1
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
         }
 
         indicator: Icon {

@@ -10,7 +10,8 @@ ModalPopup {
     property string text
     property string confirmText
 
-    signal confirmed()
+    /// By a key on the button, or by a finger.
+    signal confirmed(bool byKey)
 
     parent: T.Overlay.overlay
     anchors.centerIn: parent
@@ -71,8 +72,9 @@ ModalPopup {
                 text: dialog.confirmText
                 destructive: true
                 onClicked: {
+                    var byKey = visualFocus;
                     dialog.close();
-                    dialog.confirmed();
+                    dialog.confirmed(byKey);
                 }
             }
         }

@@ -1,6 +1,7 @@
 // Asks for a name.
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
+import Corvanta.SettingsApplication 1.0
 
 ModalPopup {
     id: dialog
@@ -10,16 +11,11 @@ ModalPopup {
     property string confirmText
     /// What is wrong with a name, or an empty text.
     property var problemOf: function (name) { return ""; }
-    readonly property string name: trimmed(field.text)
+    /// One line without anything that cannot be seen.
+    readonly property string name: PresetNames.visibleName(field.text)
     readonly property string problem: name !== "" ? problemOf(name) : ""
 
     signal named(string name)
-
-    /// One line; half a letter, where a pasted text was too long, is none.
-    function trimmed(text) {
-        return text.replace(/[\ud800-\udbff]$/, "")
-                   .replace(/[\u0000-\u001f\u007f\u2028\u2029]+/g, " ").trim();
-    }
 
     function take() {
         var taken = name;

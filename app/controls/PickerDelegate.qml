@@ -21,6 +21,8 @@ T.ItemDelegate {
         text: control.text
         font.pixelSize: Theme.bodySize - 1
         font.weight: control.chosen ? Font.DemiBold : Font.Normal
+        wrapMode: Text.Wrap
+        maximumLineCount: 2
     }
 
     background: Rectangle {

@@ -1,9 +1,10 @@
-// The print options as the pages show them: the back end's properties are what the options were when the
-// program started or a preset was loaded, and do not follow what is set.
+// The print options as the pages show them: the back end's properties are what the options were when the first
+// of these pages was shown or a preset was loaded, and do not follow what is set.
 pragma Singleton
 
 import QtQuick 2.15
 import Corvanta.Settings 1.0
+import Corvanta.SettingsApplication 1.0
 
 QtObject {
     id: options
@@ -14,8 +15,17 @@ QtObject {
     property var presetNames: []
     /// The preset that was loaded or saved last, by this program; empty for none.
     property string preset
-    /// Whether an option was changed since then.
-    property bool presetIsChanged
+    /// What the options were then.
+    property var valuesOfPreset: ({})
+    /// Whether they are others now. A preset leaves the ribbon saver alone.
+    readonly property bool presetIsChanged: preset !== "" && Object.keys(setters).some(function (option) {
+        return option !== "ribbonSaver" && values[option] !== valuesOfPreset[option];
+    })
+
+    /// What can come of loading a preset.
+    readonly property int loaded: 0
+    readonly property int withoutOptions: 1
+    readonly property int notWritten: 2
 
     /// A predefined preset without options: there is nothing to load in it, and it cannot be deleted.
     readonly property string currentSettings: "<Current Settings>"
@@ -96,7 +106,6 @@ QtObject {
         var next = Object.assign({}, values);
         next[option] = value;
         values = next;
-        presetIsChanged = true;
     }
 
     function handOver(option, value) {
@@ -130,33 +139,75 @@ QtObject {
         presetNames = names;
     }
 
-    /// Whether the preset was loaded: it is there and holds options.
+    /// The library takes the nearest number in the range for what a preset holds.
+    function keepToRanges() {
+        var next = Object.assign({}, values);
+        for (var option in ranges)
+            next[option] = Math.max(ranges[option].from, Math.min(ranges[option].to, next[option]));
+        values = next;
+    }
+
+    /// Whether other programs find what was loaded. The back end does not say which number stands for the
+    /// dithering method, so that one is not asked for.
+    function areWritten() {
+        var stored = PrinterFiles.options();
+        return Object.keys(stored).every(function (option) {
+            var shown = option in ranges ? values[option] : ZBSettingsPrinter[option];
+            return stored[option] === shown;
+        });
+    }
+
+    function usePreset(name) {
+        preset = name;
+        valuesOfPreset = values;
+    }
+
+    /// What came of it.
     function load(name) {
         settle();
         if (ZBSettingsPrinter.loadPreset(name).length === 0)
-            return false;
+            return withoutOptions;
         readValues();
-        preset = name;
-        presetIsChanged = false;
-        return true;
+        keepToRanges();
+        var written = areWritten();
+        usePreset(written ? name : "");
+        return written ? loaded : notWritten;
     }
 
-    /// In place of the one that has this name, if there is one.
+    /// In place of the one that has this name, if there is one. Whether it is on the disk.
     function save(name) {
         settle();
         if (presetNames.indexOf(name) >= 0)
             ZBSettingsPrinter.deletePreset(name);
+        var others = PrinterFiles.presetsNamed(name);
         ZBSettingsPrinter.addPreset(name);
-        preset = name;
-        presetIsChanged = false;
+        usePreset(name);
         readPresetNames();
+        return PrinterFiles.presetsNamed(name) > others;
     }
 
+    /// What a preset that is saved now does not bring back when it is loaded, as the back end has it.
+    function lostInPreset() {
+        settle();
+        var lost = [];
+        if (values.orientationOption === "")
+            lost.push(qsTr("orientation “Not chosen”"));
+        if (values.ditheringMethod.indexOf("Bayer") === 0)
+            lost.push(qsTr("dithering “%1”").arg(values.ditheringMethod));
+        // Of 2.5 the preset makes 0, and not 2 as these pages do.
+        if (PrinterFiles.options().backfeedOffset % 1 !== 0)
+            lost.push(qsTr("backfeed offset"));
+        return lost;
+    }
+
+    /// Whether it is gone from the disk.
     function remove(name) {
+        var before = PrinterFiles.presetsNamed(name);
         ZBSettingsPrinter.deletePreset(name);
         if (preset === name)
             preset = "";
         readPresetNames();
+        return before === 0 || PrinterFiles.presetsNamed(name) < before;
     }
 
     function printTestPage(inches) {

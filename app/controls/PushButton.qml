@@ -11,6 +11,9 @@ T.Button {
     property bool quiet
     /// For the action that takes something away.
     property bool destructive
+    /// Looks as if it could not be used, but keeps the focus; whoever has the button then does nothing on a click.
+    property bool resting
+    readonly property bool dimmed: !enabled || resting
 
     readonly property color strongColor: destructive ? Theme.warning : Theme.accent
 
@@ -20,12 +23,15 @@ T.Button {
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+
     contentItem: PlainText {
         text: control.text
         horizontalAlignment: Text.AlignHCenter
         font.pixelSize: Theme.bodySize - 1
         font.weight: Font.DemiBold
-        color: !control.enabled ? Theme.secondaryText
+        color: control.dimmed ? Theme.secondaryText
                : control.plain || control.quiet ? control.strongColor : Theme.accentText
     }
 
@@ -33,7 +39,7 @@ T.Button {
         radius: 10
         color: control.plain ? (control.down ? Theme.pressed : "transparent")
                : control.quiet ? (control.down ? Theme.line : Theme.background)
-               : !control.enabled ? Theme.line
+               : control.dimmed ? Theme.line
                : control.down ? Qt.darker(control.strongColor, 1.25) : control.strongColor
 
         FocusRing {

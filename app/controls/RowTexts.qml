@@ -19,7 +19,7 @@ Column {
 
         width: parent.width
         color: texts.dimmed ? Theme.secondaryText : Theme.text
-        wrapMode: Text.WordWrap
+        wrapMode: Text.Wrap
         maximumLineCount: 2
     }
 
@@ -30,7 +30,7 @@ Column {
         text: texts.warning !== "" ? texts.warning : texts.description
         color: texts.warning !== "" ? Theme.warning : Theme.secondaryText
         font.pixelSize: Theme.smallSize
-        wrapMode: Text.WordWrap
-        maximumLineCount: 3
+        wrapMode: Text.Wrap
+        maximumLineCount: 5
     }
 }

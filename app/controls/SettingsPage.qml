@@ -9,6 +9,15 @@ FocusScope {
     /// What the page as a whole can do, at the right of the title.
     property alias action: actionPlace.data
 
+    function scrollToTop() {
+        area.contentY = 0;
+    }
+
+    /// As far as needed to see the item.
+    function reveal(item) {
+        area.scrollTo(item);
+    }
+
     // Where nothing on the page takes these keys, and where there is nothing to take the focus.
     Keys.onPressed: {
         var pages = event.key === Qt.Key_PageDown ? 1 : event.key === Qt.Key_PageUp ? -1 : 0;

@@ -7,6 +7,11 @@ Column {
     property string heading
     default property alias rows: rowColumn.data
 
+    /// Gives rows that were just made or taken away their places at once, and not with the next picture.
+    function layOut() {
+        rowColumn.forceLayout();
+    }
+
     width: parent ? parent.width : 0
     spacing: 8
 

@@ -1,9 +1,12 @@
-// A slider whose handle goes from whole number to whole number.
+// A slider whose handle goes from whole number to whole number. The bar is filled from 0 where 0 lies between
+// the ends, else from the lower end.
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 
 T.Slider {
     id: slider
+
+    readonly property bool spansZero: from < 0 && to > 0
 
     height: 52
     padding: 12
@@ -23,7 +26,18 @@ T.Slider {
         }
 
         Rectangle {
-            width: slider.visualPosition * (parent.width - slider.handle.width) + slider.handle.width / 2
+            readonly property real valuePlace: place(slider.visualPosition)
+            readonly property real startPlace: slider.spansZero
+                                               ? place(-slider.from / (slider.to - slider.from)) : 0
+
+            /// The middle of the handle when the slider is at this share of its way.
+            function place(share) {
+                return share * (parent.width - slider.handle.width) + slider.handle.width / 2;
+            }
+
+            objectName: slider.objectName + ".fill"
+            x: Math.min(valuePlace, startPlace)
+            width: Math.abs(valuePlace - startPlace)
             height: parent.height
             radius: 4
             color: Theme.accent

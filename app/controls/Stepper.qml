@@ -83,9 +83,15 @@ Item {
             text: qsTr("Set to 0")
             quiet: true
             onClicked: {
+                // At 0 the button cannot keep the focus.
+                var byKey = visualFocus;
                 stepper.moveTo(0);
                 stepper.settled();
+                if (byKey)
+                    slider.forceActiveFocus(Qt.TabFocusReason);
             }
+
+            Accessible.description: stepper.title
         }
     }
 
@@ -101,6 +107,8 @@ Item {
         iconName: "minus"
         onStep: stepper.moveTo(stepper.value - stepper.stepWidth(steps))
         onEnded: stepper.settled()
+
+        Accessible.description: stepper.title
     }
 
     StepButton {
@@ -115,6 +123,8 @@ Item {
         iconName: "plus"
         onStep: stepper.moveTo(stepper.value + stepper.stepWidth(steps))
         onEnded: stepper.settled()
+
+        Accessible.description: stepper.title
     }
 
     SliderBar {

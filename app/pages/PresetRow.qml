@@ -9,9 +9,15 @@ Item {
     property string name
     property string title
     property string description
+    property string warning
 
     signal load()
     signal remove()
+
+    /// Takes the focus to the button that asks before it does anything.
+    function takeFocus(reason) {
+        removeButton.forceActiveFocus(reason);
+    }
 
     width: parent ? parent.width : 0
     implicitHeight: Math.max(Theme.rowHeight, texts.implicitHeight + 24)
@@ -33,15 +39,18 @@ Item {
             width: parent.width
             text: row.title
             maximumLineCount: 1
+            // Marks can be piled up on a letter.
+            clip: true
         }
 
         PlainText {
             objectName: row.name + ".state"
             width: parent.width
             visible: text !== ""
-            text: row.description
-            color: Theme.secondaryText
+            text: row.warning !== "" ? row.warning : row.description
+            color: row.warning !== "" ? Theme.warning : Theme.secondaryText
             font.pixelSize: Theme.smallSize
+            wrapMode: Text.Wrap
         }
     }
 
@@ -63,6 +72,8 @@ Item {
         }
 
         PushButton {
+            id: removeButton
+
             objectName: row.name + ".delete"
             text: qsTr("Delete…")
             plain: true

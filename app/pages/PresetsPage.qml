@@ -1,5 +1,6 @@
 // The user's presets of the print options: save, load, delete.
 import QtQuick 2.15
+import Corvanta.SettingsApplication 1.0
 import "../controls"
 
 SettingsPage {
@@ -8,42 +9,81 @@ SettingsPage {
     /// What was done last, and what of it did not work.
     property string report
     property string complaint
-    /// The preset that a question is about.
+    /// The preset that a question is about, and its place in the list.
     property string asked
+    property int askedPlace
+    /// The preset that was to be loaded last and could not be, and why.
+    property string refused
+    property string refusal
 
     /// One line, whatever the name holds.
     function line(name) {
-        return Preferences.asText(name).trim() || qsTr("Blank name");
+        return PresetNames.visibleName(Preferences.asText(name)) || qsTr("Blank name");
     }
 
     /// For a sentence, which shall stay short.
     function quoted(name) {
-        var letters = Array.from(line(name));
-        return "“" + (letters.length > 40 ? letters.slice(0, 40).join("") + "…" : letters.join("")) + "”";
+        return "“" + PresetNames.shortened(line(name), 40) + "”";
     }
 
     function tell(text) {
+        refused = "";
         complaint = "";
         report = text;
     }
 
+    function complain(text) {
+        tell("");
+        complaint = text;
+    }
+
+    /// Also in the row, where the person is; the report may be out of sight.
+    function refuse(name, reason) {
+        complain(quoted(name) + ": " + reason);
+        refused = name;
+        refusal = reason;
+    }
+
     function load(name) {
-        if (PrintOptions.load(name))
+        var outcome = PrintOptions.load(name);
+        if (outcome === PrintOptions.loaded)
             tell(qsTr("%1 was loaded").arg(quoted(name)));
+        else if (outcome === PrintOptions.withoutOptions)
+            refuse(name, qsTr("No options in it, nothing was changed"));
         else
-            complaint = qsTr("%1 holds no options, nothing was changed").arg(quoted(name));
+            refuse(name, qsTr("The options could not be written"));
     }
 
     function save(name) {
-        PrintOptions.save(name);
-        tell(qsTr("Saved as %1").arg(quoted(name)));
+        var lost = PrintOptions.lostInPreset();
+        if (!PrintOptions.save(name))
+            complain(qsTr("%1 could not be saved").arg(quoted(name)));
+        else if (lost.length > 0)
+            tell(qsTr("Saved as %1").arg(quoted(name)) + ". "
+                 + qsTr("Loading will not bring back: %1").arg(lost.join(", ")));
+        else
+            tell(qsTr("Saved as %1").arg(quoted(name)));
     }
 
-    function remove(name) {
-        PrintOptions.remove(name);
-        tell(qsTr("%1 was deleted").arg(quoted(name)));
-        // The row that had the focus is gone.
-        saveButton.forceActiveFocus(Qt.OtherFocusReason);
+    function remove(name, byKey) {
+        if (PrintOptions.remove(name)) {
+            tell(qsTr("%1 was deleted").arg(quoted(name)));
+            focusNear(askedPlace, byKey ? Qt.TabFocusReason : Qt.OtherFocusReason);
+        } else {
+            complain(qsTr("%1 could not be deleted").arg(quoted(name)));
+            saveButton.forceActiveFocus(byKey ? Qt.TabFocusReason : Qt.OtherFocusReason);
+            scrollToTop();
+        }
+    }
+
+    /// The row that had the focus is gone.
+    function focusNear(place, reason) {
+        savedPresets.layOut();
+        var row = rows.itemAt(Math.min(place, rows.count - 1));
+        if (row)
+            row.takeFocus(reason);
+        else
+            saveButton.forceActiveFocus(reason);
     }
 
     function stateOf(name) {
@@ -78,18 +118,31 @@ SettingsPage {
     }
 
     SettingsSection {
+        id: savedPresets
+
         heading: qsTr("Saved presets")
 
         Repeater {
+            id: rows
+
             model: PrintOptions.presetNames
 
             PresetRow {
+                id: row
+
                 name: "preset." + index
                 title: page.line(modelData)
                 description: page.stateOf(modelData)
-                onLoad: page.load(modelData)
+                warning: page.refused === modelData ? page.refusal : ""
+                onLoad: {
+                    page.load(modelData);
+                    page.reveal(row);
+                }
+                // The reason can need a second line.
+                onHeightChanged: if (warning !== "") page.reveal(row)
                 onRemove: {
                     page.asked = modelData;
+                    page.askedPlace = index;
                     deletion.open();
                 }
             }
@@ -137,6 +190,6 @@ SettingsPage {
         text: qsTr("The preset %1 cannot be brought back. What is set now stays as it is.")
               .arg(page.quoted(page.asked))
         confirmText: qsTr("Delete")
-        onConfirmed: page.remove(page.asked)
+        onConfirmed: page.remove(page.asked, byKey)
     }
 }

@@ -5,6 +5,19 @@ import "../controls"
 SettingsPage {
     id: page
 
+    function reset() {
+        // The back end finds a user's preset before its own of the same name.
+        if (PrintOptions.presetNames.indexOf(PrintOptions.defaultSettings) >= 0) {
+            defaults.warning = qsTr("A saved preset has the name of the defaults; nothing was changed.");
+            return;
+        }
+        var outcome = PrintOptions.load(PrintOptions.defaultSettings);
+        defaults.warning = outcome === PrintOptions.loaded ? ""
+                           : outcome === PrintOptions.withoutOptions
+                             ? qsTr("There are no defaults; nothing was changed.")
+                             : qsTr("The options could not be written.");
+    }
+
     title: qsTr("Printer advanced")
     onVisibleChanged: if (!visible) confirmation.close()
 
@@ -13,12 +26,12 @@ SettingsPage {
 
         OptionStepper {
             option: "head1HeatOffset"
-            title: qsTr("Heat of head 1")
+            title: qsTr("Heat offset of head 1")
         }
 
         OptionStepper {
             option: "head2HeatOffset"
-            title: qsTr("Heat of head 2")
+            title: qsTr("Heat offset of head 2")
         }
     }
 
@@ -67,9 +80,6 @@ SettingsPage {
         text: qsTr("This sets all options of the printer pages back to the defaults, the alignment as well. "
                    + "Only the ribbon saver stays as it is. Save a preset first to keep what is set now.")
         confirmText: qsTr("Reset")
-        onConfirmed: {
-            if (!PrintOptions.load(PrintOptions.defaultSettings))
-                defaults.warning = qsTr("There are no defaults; nothing was changed.");
-        }
+        onConfirmed: page.reset()
     }
 }

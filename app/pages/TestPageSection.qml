@@ -7,25 +7,25 @@ SettingsSection {
     id: section
 
     property bool isMetric
-    /// In millimetres, or in tenths of an inch.
-    property int amount: 40
-    readonly property double inches: isMetric ? amount / 25.4 : amount / 10
+    property double inches: 4
+    /// In millimetres, or in tenths of an inch. The nearest that takes the same test page: those end at whole
+    /// inches, so downwards from inches and upwards from millimetres.
+    readonly property int amount: isMetric ? Math.floor(inches * 25.4 + tolerance)
+                                           : Math.ceil(inches * 10 - tolerance)
+    readonly property double tolerance: 0.000001
+    readonly property int least: isMetric ? 25 : 10
+    readonly property int most: isMetric ? 305 : 120
 
     /// How long the button rests after a print, so that a double touch prints once, in milliseconds.
     property alias rest: rest.interval
-    property bool isHandedOver
+    property bool wasAsked
 
     /// Each page is for supplies that are wider than the next smaller one.
     readonly property int pageSize: inches > 6 ? 9 : inches > 4 ? 6 : 4
 
     function refresh() {
-        var metric = Preferences.asWholeNumber(
+        isMetric = Preferences.asWholeNumber(
             Preferences.read(ZBSettingsMain.KEY_UNITS, ZBSettingsMain.settingUnits)) === 1;
-        if (metric === isMetric)
-            return;
-        var width = inches;
-        isMetric = metric;
-        amount = Math.round(metric ? width * 25.4 : width * 10);
     }
 
     /// 101 mm is within 4 inches, 102 mm is not.
@@ -52,21 +52,21 @@ SettingsSection {
         name: "supplyWidth"
         title: qsTr("Width of the supply")
         description: qsTr("%1 to %2").arg(section.inUnits(from)).arg(section.inUnits(to))
-        from: section.isMetric ? 25 : 10
-        to: section.isMetric ? 305 : 120
-        value: section.amount
+        from: section.least
+        to: section.most
+        value: Math.max(from, Math.min(to, section.amount))
         shown: section.inUnits(value)
         returnsToZero: false
         onMoved: {
-            section.amount = number;
-            section.isHandedOver = false;
+            section.inches = section.isMetric ? number / 25.4 : number / 10;
+            section.wasAsked = false;
         }
     }
 
     SettingRow {
         title: qsTr("Test page of %1 × %1 inches").arg(section.pageSize)
         descriptionName: "testPage.report"
-        description: section.isHandedOver ? qsTr("Handed to the print system")
+        description: section.wasAsked ? qsTr("The print system was asked to print")
                      : section.pageSize === 4 ? qsTr("For supplies up to %1").arg(section.limit(4))
                      : section.pageSize === 6 ? qsTr("For supplies up to %1").arg(section.limit(6))
                      : qsTr("For supplies above %1").arg(section.limit(6))
@@ -74,11 +74,14 @@ SettingsSection {
         PushButton {
             objectName: "testPage.print"
             text: qsTr("Print test page")
-            enabled: !rest.running
+            // Disabled it would lose the focus.
+            resting: rest.running
             onClicked: {
+                if (resting)
+                    return;
                 rest.start();
                 PrintOptions.printTestPage(section.inches);
-                section.isHandedOver = true;
+                section.wasAsked = true;
             }
         }
     }

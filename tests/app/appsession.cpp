@@ -73,6 +73,26 @@ void AppSession::click(const QString &name)
     QTest::mouseClick(window(), Qt::LeftButton, Qt::NoModifier, middle.toPoint());
 }
 
+QPointF AppSession::handlePlace(const QQuickItem &slider, int value)
+{
+    const auto *const handle = slider.property("handle").value<QQuickItem *>();
+    const double padding = slider.property("padding").toDouble();
+    const double from = slider.property("from").toDouble();
+    const double way = slider.width() - 2 * padding - handle->width();
+    const double share = (value - from) / (slider.property("to").toDouble() - from);
+    return {padding + handle->width() / 2 + way * share, slider.height() / 2};
+}
+
+QPoint AppSession::hold(const QString &name)
+{
+    QQuickItem &target = item(name);
+    target.setProperty("delay", 60);
+    target.setProperty("pause", 20);
+    const QPoint place = target.mapToScene(QPointF(target.width() / 2, target.height() / 2)).toPoint();
+    QTest::mousePress(window(), Qt::LeftButton, Qt::NoModifier, place);
+    return place;
+}
+
 void AppSession::drag(const QString &name, const QPointF &from, const QPointF &to)
 {
     const QQuickItem &target = item(name);

@@ -27,6 +27,10 @@ public:
     QVariant property(const QString &name, const char *property);
 
     void click(const QString &name);
+    /// Where the middle of a slider's handle is when it shows this value, in the slider.
+    static QPointF handlePlace(const QQuickItem &slider, int value);
+    /// Holds the item down; step buttons then step soon and quickly. Gives the place at which to let it go.
+    QPoint hold(const QString &name);
     /// A mouse button that goes down at one point of the item, moves and goes up at the other.
     void drag(const QString &name, const QPointF &from, const QPointF &to);
     /// The same on a touch screen.

@@ -1,8 +1,10 @@
 // Reads the lpoptions file without CUPS, and the presets as a new object lists them.
 #include "printeroptionsfile.h"
 
+#include <preset.h>
 #include <presetlist.h>
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 
@@ -10,7 +12,22 @@ namespace {
 
 QString folder()
 {
+    // Never the home of the user who runs the test by hand.
+    if (!qEnvironmentVariableIsSet("ZBVIRTUALDEVICE_DIRECTORY"))
+        qFatal("This test runs in a virtual device only: zbvirtualdevice --without-daemon -- %s",
+               qPrintable(QCoreApplication::applicationFilePath()));
     return QDir::homePath() + QStringLiteral("/.cups");
+}
+
+QString presetFolder()
+{
+    return folder() + QStringLiteral("/Presets");
+}
+
+bool makeFile(const QString &name)
+{
+    QFile file(name);
+    return file.open(QIODevice::WriteOnly);
 }
 
 QList<QByteArray> words()
@@ -28,10 +45,31 @@ QList<QByteArray> words()
 
 } // namespace
 
-void PrinterOptionsFile::removeAll()
+void PrinterOptionsFile::hideThoseOfTheMachine()
 {
     qputenv("CUPS_SERVERROOT", folder().toLocal8Bit() + "/none");
+}
+
+void PrinterOptionsFile::removeAll()
+{
+    QFile::setPermissions(presetFolder(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     QDir(folder()).removeRecursively();
+}
+
+bool PrinterOptionsFile::blockOptions()
+{
+    const QString next = folder() + QStringLiteral("/lpoptions.new");
+    return QDir().mkpath(next) && makeFile(next + QStringLiteral("/file"));
+}
+
+bool PrinterOptionsFile::makePresetsReadOnly()
+{
+    return QFile::setPermissions(presetFolder(), QFile::ReadOwner | QFile::ExeOwner);
+}
+
+bool PrinterOptionsFile::blockPresets()
+{
+    return QDir().mkpath(folder()) && makeFile(presetFolder());
 }
 
 bool PrinterOptionsFile::write(const QByteArray &options)
@@ -53,6 +91,15 @@ QByteArray PrinterOptionsFile::value(const QByteArray &option)
 int PrinterOptionsFile::count()
 {
     return words().size();
+}
+
+void PrinterOptionsFile::addPreset(const QString &name, const QStringList &options)
+{
+    PresetList list(QStringLiteral("BrackenXL"), true);
+    list.addPreset(new Preset(QStringLiteral("BrackenXL"), name + QStringLiteral("_p"),
+                              static_cast<Preset::_State>(2), options, name, QString(),
+                              list.applyLastPresetIndex()));
+    list.save(list.getPredefinedPresetNames());
 }
 
 QStringList PrinterOptionsFile::presets()

@@ -7,14 +7,24 @@
 
 namespace PrinterOptionsFile {
 
-/// Takes options and presets away, and hides the machine's own.
+/// Lets options that the machine's own CUPS has for everybody count for nothing.
+void hideThoseOfTheMachine();
+/// Takes options and presets away.
 void removeAll();
+/// Puts a folder where the next file of options is made, so that none can be written, by root either.
+bool blockOptions();
+/// The same for presets, by a file where their folder would be.
+bool blockPresets();
+/// Takes the right to write to the presets' folder away, from all but root.
+bool makePresetsReadOnly();
 /// Makes this the line of the queue, behind its name.
 bool write(const QByteArray &options);
 /// The text that the queue's line holds for the option; null when it does not hold it.
 QByteArray value(const QByteArray &option);
 /// How many options the queue's line holds.
 int count();
+/// Adds a preset with these options, keys and values in turns, as another program does it.
+void addPreset(const QString &name, const QStringList &options);
 /// The display names of the presets, as they are listed to a program that starts now.
 QStringList presets();
 

@@ -54,15 +54,6 @@ namespace {
 
 constexpr int tabs = 11;
 
-/// Where the middle of the handle is when the slider shows this level.
-QPointF handlePlace(const QQuickItem &slider, int level)
-{
-    const auto *const handle = slider.property("handle").value<QQuickItem *>();
-    const double padding = slider.property("padding").toDouble();
-    const double way = slider.width() - 2 * padding - handle->width();
-    return {padding + handle->width() / 2 + way * (level - 1) / 8, slider.height() / 2};
-}
-
 QString describe(const UtilityDaemon::Call &call)
 {
     return QStringLiteral("%1(%2 %3)").arg(call.method, call.signature, call.arguments.value(0).toString());
@@ -145,7 +136,8 @@ void TestControls::sliderStoresEachStepOnceWhileItMoves()
     AppSession app;
     const QString slider = QStringLiteral("brightnessLevel");
     QVERIFY(m_daemon.clearCalls());
-    app.drag(slider, handlePlace(app.item(slider), 7), handlePlace(app.item(slider), 3));
+    app.drag(slider, AppSession::handlePlace(app.item(slider), 7),
+             AppSession::handlePlace(app.item(slider), 3));
 
     QStringList calls;
     for (const UtilityDaemon::Call &call : m_daemon.calls())
@@ -164,7 +156,7 @@ void TestControls::sliderStoresTheStepThatIsTouched()
     QVERIFY(m_daemon.clearCalls());
     const QQuickItem &slider = app.item(QStringLiteral("brightnessLevel"));
     QTest::mouseClick(app.window(), Qt::LeftButton, Qt::NoModifier,
-                      slider.mapToScene(handlePlace(slider, 9)).toPoint());
+                      slider.mapToScene(AppSession::handlePlace(slider, 9)).toPoint());
     QCOMPARE(SettingsFile::content(), QByteArray("[display]\nbrightnessLevel=9\n"));
     QCOMPARE(m_daemon.calls().size(), 1);
     QCOMPARE(lastCall(), QStringLiteral("setDisplayBrightness(u 9)"));
@@ -191,7 +183,7 @@ void TestControls::sliderTouchedAtItsPlaceStoresNothing()
     QVERIFY(m_daemon.clearCalls());
     const QQuickItem &slider = app.item(QStringLiteral("brightnessLevel"));
     QTest::mouseClick(app.window(), Qt::LeftButton, Qt::NoModifier,
-                      slider.mapToScene(handlePlace(slider, 7)).toPoint());
+                      slider.mapToScene(AppSession::handlePlace(slider, 7)).toPoint());
     QVERIFY(!SettingsFile::exists());
     QVERIFY(m_daemon.calls().isEmpty());
 }
@@ -410,7 +402,8 @@ void TestControls::fingerMovesTheSlider()
 {
     AppSession app;
     const QString slider = QStringLiteral("brightnessLevel");
-    app.slideFinger(slider, handlePlace(app.item(slider), 7), handlePlace(app.item(slider), 2));
+    app.slideFinger(slider, AppSession::handlePlace(app.item(slider), 7),
+                    AppSession::handlePlace(app.item(slider), 2));
     QCOMPARE(SettingsFile::content(), QByteArray("[display]\nbrightnessLevel=2\n"));
 }
 

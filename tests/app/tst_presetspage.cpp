@@ -5,16 +5,16 @@
 #include "printeroptionsfile.h"
 #include "settingsfile.h"
 
-#include <preset.h>
-#include <presetlist.h>
-
 #include <QtTest/QtTest>
+
+#include <unistd.h>
 
 class TestPresetsPage : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { PrinterOptionsFile::hideThoseOfTheMachine(); }
     void init();
 
     void emptyListSaysSo();
@@ -33,14 +33,22 @@ private Q_SLOTS:
     void ditheringThatTheModelDoesNotHaveIsShownAsThreshold();
     void changeAfterLoadingIsSaid();
     void presetWithoutOptionsChangesNothing();
+    void whatAPresetDoesNotBringBackIsSaid_data();
+    void whatAPresetDoesNotBringBackIsSaid();
+    void presetThatCannotBeSavedIsNotSaidToBe();
+    void deletionThatCannotBeWrittenIsNotSaidToBe();
+    void optionsThatCannotBeWrittenAreNotSaidToBeLoaded();
+    void valuesOutsideTheirRangesAreLoadedAsTheirEnds();
+    void otherPresetOfADeletedNameIsNotInUse();
+    void outcomeIsSaidWhereThePersonIs();
+    void stateIsShownWhole();
     void deletionAsksFirst_data();
     void deletionAsksFirst();
     void confirmedDeletionTakesThePresetAway();
-    void oddNameIsPlainTextInOneLine_data();
-    void oddNameIsPlainTextInOneLine();
-    void oddNameIsLoadedAndDeleted_data();
-    void oddNameIsLoadedAndDeleted();
+    void oddNameIsPlainTextAndIsLoadedAndDeleted_data();
+    void oddNameIsPlainTextAndIsLoadedAndDeleted();
     void presetIsSavedLoadedAndDeletedByKeysAlone();
+    void deletionByKeysLeavesTheFocusNearby();
     void leavingThePageClosesItsQuestions();
 };
 
@@ -60,16 +68,6 @@ QStringList options(const QString &feed)
             feed};
 }
 
-/// As another program does it.
-void addPreset(const QString &name, const QStringList &options)
-{
-    PresetList list(QStringLiteral("BrackenXL"), true);
-    list.addPreset(new Preset(QStringLiteral("BrackenXL"), name + QStringLiteral("_p"),
-                              static_cast<Preset::_State>(2), options, name, QString(),
-                              list.applyLastPresetIndex()));
-    list.save(list.getPredefinedPresetNames());
-}
-
 void type(AppSession &app, const QString &text)
 {
     for (const QChar letter : text)
@@ -81,6 +79,21 @@ void savePreset(AppSession &app, const QString &name)
     app.click(QStringLiteral("presets.save"));
     type(app, name);
     app.click(QStringLiteral("name.confirm"));
+}
+
+void deleteByKeys(AppSession &app, int row)
+{
+    app.press(QStringLiteral("preset.%1.delete").arg(row), Qt::Key_Return);
+    QTest::keyClick(app.window(), Qt::Key_Tab);
+    QTest::keyClick(app.window(), Qt::Key_Return);
+}
+
+/// Whole, not wider than its place, and not behind the button at its right.
+bool isReportInItsPlace(AppSession &app)
+{
+    const QQuickItem &text = app.item(report);
+    return !text.property("truncated").toBool() && text.property("contentWidth").toDouble() <= text.width()
+        && app.rectangle(report).right() <= app.rectangle(QStringLiteral("presets.save")).left();
 }
 
 void addOddNames()
@@ -125,7 +138,8 @@ void TestPresetsPage::savedPresetIsListedAndInUse()
     QCOMPARE(app.text(QStringLiteral("preset.0.state")), QString());
     QCOMPARE(app.text(QStringLiteral("preset.1")), QStringLiteral("Boots"));
     QCOMPARE(app.text(QStringLiteral("preset.1.state")), QStringLiteral("In use"));
-    QCOMPARE(app.text(report), QStringLiteral("Saved as “Boots”"));
+    QCOMPARE(app.text(report),
+             QStringLiteral("Saved as “Boots”. Loading will not bring back: orientation “Not chosen”"));
 }
 
 void TestPresetsPage::nameIsTrimmed()
@@ -139,26 +153,43 @@ void TestPresetsPage::oddNameIsSaved_data()
 {
     QTest::addColumn<QString>("pasted");
     QTest::addColumn<QString>("saved");
+    QTest::addColumn<QString>("quoted");
     const QString shoe = QString::fromUtf8("\xf0\x9f\x91\x9f");
-    QTest::newRow("markup") << QStringLiteral("<b>Bold</b>") << QStringLiteral("<b>Bold</b>");
-    QTest::newRow("path") << QStringLiteral("../../a") << QStringLiteral("../../a");
-    QTest::newRow("emoji") << shoe << shoe;
-    QTest::newRow("newline") << QStringLiteral("two\nlines\n") << QStringLiteral("two lines");
-    QTest::newRow("long") << QString(400, QLatin1Char('W')) << QString(300, QLatin1Char('W'));
+    const QString dots = QStringLiteral("…");
+    const QString longQuoted = QString(40, QLatin1Char('W')) + dots;
+    QTest::newRow("markup") << QStringLiteral("<b>Bold</b>") << QStringLiteral("<b>Bold</b>")
+                            << QStringLiteral("<b>Bold</b>");
+    QTest::newRow("path") << QStringLiteral("../../a") << QStringLiteral("../../a")
+                          << QStringLiteral("../../a");
+    QTest::newRow("emoji") << shoe << shoe << shoe;
+    QTest::newRow("placeholder") << QStringLiteral("%1 %2") << QStringLiteral("%1 %2")
+                                 << QStringLiteral("%1 %2");
+    QTest::newRow("cannot be seen") << QStringLiteral("Shoes\u202e\u200b") << QStringLiteral("Shoes")
+                                    << QStringLiteral("Shoes");
+    QTest::newRow("many emoji") << QStringLiteral("a") + shoe.repeated(60)
+                                << QStringLiteral("a") + shoe.repeated(60)
+                                << QStringLiteral("a") + shoe.repeated(39) + dots;
+    QTest::newRow("newline") << QStringLiteral("two\nlines\n") << QStringLiteral("two lines")
+                             << QStringLiteral("two lines");
+    QTest::newRow("long") << QString(400, QLatin1Char('W')) << QString(300, QLatin1Char('W')) << longQuoted;
     QTest::newRow("cut in the middle of an emoji")
-        << QString(299, QLatin1Char('W')) + shoe << QString(299, QLatin1Char('W'));
+        << QString(299, QLatin1Char('W')) + shoe << QString(299, QLatin1Char('W')) << longQuoted;
 }
 
 void TestPresetsPage::oddNameIsSaved()
 {
     QFETCH(QString, pasted);
     QFETCH(QString, saved);
+    QFETCH(QString, quoted);
     AppSession app(8);
     app.click(QStringLiteral("presets.save"));
     app.item(QStringLiteral("name.field")).setProperty("text", pasted);
     app.click(QStringLiteral("name.confirm"));
     QCOMPARE(PrinterOptionsFile::presets(), QStringList({saved}));
     QCOMPARE(app.text(QStringLiteral("preset.0.state")), QStringLiteral("In use"));
+    const QString said = QStringLiteral("Saved as “%1”").arg(quoted);
+    QVERIFY2(app.text(report).startsWith(said), qPrintable(app.text(report)));
+    QVERIFY(isReportInItsPlace(app));
 }
 
 void TestPresetsPage::nameThatCannotBeUsedIsRefused_data()
@@ -211,7 +242,7 @@ void TestPresetsPage::savingCanBeCancelled()
 
 void TestPresetsPage::nameThatExistsIsReplacedAfterAQuestionOnly()
 {
-    addPreset(QStringLiteral("Shoes"), options(QStringLiteral("77")));
+    PrinterOptionsFile::addPreset(QStringLiteral("Shoes"), options(QStringLiteral("77")));
     AppSession app(8);
     savePreset(app, QStringLiteral("Shoes"));
     QVERIFY(app.text(QStringLiteral("confirmation.text")).contains(QStringLiteral("“Shoes”")));
@@ -288,18 +319,23 @@ void TestPresetsPage::valueThatWasJustSetIsSaved()
     app.click(loadFirst);
     QCOMPARE(PrinterOptionsFile::value("Feed"), QByteArray("Custom.5"));
 
-    // What was set by hand does not come again, also after the time for which values wait.
+    // What was set by hand does not come again when what waits is handed over next.
     app.turnTo(7);
-    app.press(QStringLiteral("feedOffset"), Qt::Key_Right);
+    app.item(QStringLiteral("feedOffset")).forceActiveFocus(Qt::TabFocusReason);
+    for (int step = 0; step < 3; ++step)
+        QTest::keyPress(app.window(), Qt::Key_Right);
     app.turnTo(8);
     app.click(loadFirst);
-    QTest::qWait(350);
+    app.turnTo(7);
+    app.click(QStringLiteral("horizontal1Offset.plus"));
+    QCOMPARE(PrinterOptionsFile::value("Hoffset1"), QByteArray("Custom.1"));
     QCOMPARE(PrinterOptionsFile::value("Feed"), QByteArray("Custom.5"));
 }
 
 void TestPresetsPage::ditheringThatTheModelDoesNotHaveIsShownAsThreshold()
 {
-    addPreset(QStringLiteral("Bayer"), {QStringLiteral("Dithering"), QStringLiteral("32")});
+    PrinterOptionsFile::addPreset(QStringLiteral("Bayer"),
+                                  {QStringLiteral("Dithering"), QStringLiteral("32")});
     AppSession app(8);
     app.click(loadFirst);
     QCOMPARE(PrinterOptionsFile::value("Dithering"), QByteArray("0"));
@@ -310,7 +346,7 @@ void TestPresetsPage::ditheringThatTheModelDoesNotHaveIsShownAsThreshold()
 
 void TestPresetsPage::changeAfterLoadingIsSaid()
 {
-    addPreset(QStringLiteral("Shoes"), options(QStringLiteral("0")));
+    PrinterOptionsFile::addPreset(QStringLiteral("Shoes"), options(QStringLiteral("0")));
     AppSession app(8);
     QCOMPARE(app.text(QStringLiteral("preset.0.state")), QString());
     app.click(loadFirst);
@@ -318,16 +354,166 @@ void TestPresetsPage::changeAfterLoadingIsSaid()
     app.click(QStringLiteral("negative"));
     app.turnTo(8);
     QCOMPARE(app.text(QStringLiteral("preset.0.state")), QStringLiteral("Options were changed since"));
+
+    app.turnTo(6);
+    app.click(QStringLiteral("negative"));
+    app.click(QStringLiteral("cutOption"));
+    app.click(QStringLiteral("cutOption.1"));
+    app.click(QStringLiteral("ribbonSaver"));
+    app.turnTo(8);
+    QCOMPARE(app.text(QStringLiteral("preset.0.state")), QStringLiteral("In use"));
 }
 
 void TestPresetsPage::presetWithoutOptionsChangesNothing()
 {
-    addPreset(QStringLiteral("Nothing"), {});
+    PrinterOptionsFile::addPreset(QStringLiteral("Nothing"), {});
     AppSession app(8);
     app.click(loadFirst);
     QCOMPARE(PrinterOptionsFile::count(), 0);
-    QCOMPARE(app.text(report), QStringLiteral("“Nothing” holds no options, nothing was changed"));
+    QCOMPARE(app.text(report), QStringLiteral("“Nothing”: No options in it, nothing was changed"));
+    QCOMPARE(app.text(QStringLiteral("preset.0.state")),
+             QStringLiteral("No options in it, nothing was changed"));
+
+    savePreset(app, QStringLiteral("Something"));
+    QVERIFY(app.text(report).startsWith(QStringLiteral("Saved as “Something”")));
     QCOMPARE(app.text(QStringLiteral("preset.0.state")), QString());
+}
+
+void TestPresetsPage::whatAPresetDoesNotBringBackIsSaid_data()
+{
+    QTest::addColumn<QByteArray>("stored");
+    QTest::addColumn<QString>("said");
+    QTest::newRow("all comes back") << QByteArray("orientation-requested=6 Dithering=33 Stop=Custom.2")
+                                    << QStringLiteral("Saved as “Shoes”");
+    QTest::newRow("orientation") << QByteArray("Dithering=33")
+                                 << QStringLiteral("Saved as “Shoes”. Loading will not bring back: "
+                                                   "orientation “Not chosen”");
+    QTest::newRow("Bayer") << QByteArray("orientation-requested=5 Dithering=32")
+                           << QStringLiteral("Saved as “Shoes”. Loading will not bring back: "
+                                             "dithering “Bayer Ordered Dither”");
+    QTest::newRow("fraction") << QByteArray("orientation-requested=5 Stop=Custom.-2.5")
+                              << QStringLiteral("Saved as “Shoes”. Loading will not bring back: "
+                                                "backfeed offset");
+    QTest::newRow("all three") << QByteArray("Dithering=32 Stop=Custom.0.5")
+                               << QStringLiteral("Saved as “Shoes”. Loading will not bring back: orientation "
+                                                 "“Not chosen”, dithering “Bayer Ordered Dither”, "
+                                                 "backfeed offset");
+}
+
+void TestPresetsPage::whatAPresetDoesNotBringBackIsSaid()
+{
+    QFETCH(QByteArray, stored);
+    QFETCH(QString, said);
+    QVERIFY(PrinterOptionsFile::write(stored));
+    AppSession app(8);
+    savePreset(app, QStringLiteral("Shoes"));
+    QCOMPARE(app.text(report), said);
+    QVERIFY(!app.property(report, "truncated").toBool());
+}
+
+void TestPresetsPage::presetThatCannotBeSavedIsNotSaidToBe()
+{
+    QVERIFY(PrinterOptionsFile::blockPresets());
+    const MessageLog messages;
+    AppSession app(8);
+    savePreset(app, QStringLiteral("Shoes"));
+    QCOMPARE(app.text(report), QStringLiteral("“Shoes” could not be saved"));
+    QCOMPARE(PrinterOptionsFile::presets(), QStringList());
+
+    PrinterOptionsFile::removeAll();
+    savePreset(app, QStringLiteral("Boots"));
+    QVERIFY(app.text(report).startsWith(QStringLiteral("Saved as “Boots”")));
+}
+
+void TestPresetsPage::deletionThatCannotBeWrittenIsNotSaidToBe()
+{
+    PrinterOptionsFile::addPreset(QStringLiteral("Shoes"), options(QStringLiteral("3")));
+    QVERIFY(PrinterOptionsFile::makePresetsReadOnly());
+    const MessageLog messages;
+    AppSession app(8);
+    app.click(deleteFirst);
+    app.click(QStringLiteral("confirmation.confirm"));
+    // Root may delete all the same.
+    const bool isDeleted = PrinterOptionsFile::presets().isEmpty();
+    QCOMPARE(isDeleted, ::geteuid() == 0);
+    QCOMPARE(app.text(report),
+             isDeleted ? QStringLiteral("“Shoes” was deleted")
+                       : QStringLiteral("“Shoes” could not be deleted"));
+}
+
+void TestPresetsPage::optionsThatCannotBeWrittenAreNotSaidToBeLoaded()
+{
+    PrinterOptionsFile::addPreset(QStringLiteral("Shoes"), options(QStringLiteral("3")));
+    QVERIFY(PrinterOptionsFile::blockOptions());
+    const MessageLog messages;
+    AppSession app(8);
+    app.click(loadFirst);
+    QCOMPARE(app.text(report), QStringLiteral("“Shoes”: The options could not be written"));
+    QCOMPARE(app.text(QStringLiteral("preset.0.state")), QStringLiteral("The options could not be written"));
+    QCOMPARE(PrinterOptionsFile::count(), 0);
+}
+
+void TestPresetsPage::valuesOutsideTheirRangesAreLoadedAsTheirEnds()
+{
+    PrinterOptionsFile::addPreset(QStringLiteral("Shoes"),
+                                  {QStringLiteral("Hoffset1"), QStringLiteral("2147483647"),
+                                   QStringLiteral("R1TensionAdjust"), QStringLiteral("-11")});
+    const MessageLog messages;
+    AppSession app(8);
+    app.click(loadFirst);
+    QCOMPARE(app.text(report), QStringLiteral("“Shoes” was loaded"));
+    QCOMPARE(PrinterOptionsFile::value("Hoffset1"), QByteArray("Custom.2000"));
+    app.turnTo(7);
+    app.item(QStringLiteral("horizontal1Offset"));
+    QCOMPARE(app.text(QStringLiteral("horizontal1Offset.value")), QStringLiteral("2000"));
+    app.turnTo(10);
+    app.item(QStringLiteral("r1Tension"));
+    QCOMPARE(app.text(QStringLiteral("r1Tension.value")), QStringLiteral("-10"));
+}
+
+void TestPresetsPage::otherPresetOfADeletedNameIsNotInUse()
+{
+    PrinterOptionsFile::addPreset(QStringLiteral("Shoes"), options(QStringLiteral("1")));
+    PrinterOptionsFile::addPreset(QStringLiteral("Shoes"), options(QStringLiteral("2")));
+    AppSession app(8);
+    app.click(loadFirst);
+    app.click(deleteFirst);
+    app.click(QStringLiteral("confirmation.confirm"));
+    QCOMPARE(PrinterOptionsFile::presets(), QStringList({QStringLiteral("Shoes")}));
+    QCOMPARE(app.text(QStringLiteral("preset.0.state")), QString());
+}
+
+void TestPresetsPage::outcomeIsSaidWhereThePersonIs()
+{
+    for (int number = 0; number < 10; ++number)
+        PrinterOptionsFile::addPreset(QString::number(number), options(QStringLiteral("1")));
+    PrinterOptionsFile::addPreset(QStringLiteral("Nothing"), {});
+    AppSession app(8);
+    const auto isInView = [&app](const QString &name) {
+        return QRectF(0, 0, 800, 480).contains(app.rectangle(name));
+    };
+    app.click(QStringLiteral("preset.10.load"));
+    QCOMPARE(app.text(QStringLiteral("preset.10.state")),
+             QStringLiteral("No options in it, nothing was changed"));
+    QVERIFY(!isInView(report));
+    QVERIFY(isInView(QStringLiteral("preset.10.state")));
+    app.click(QStringLiteral("preset.9.load"));
+    QCOMPARE(app.text(QStringLiteral("preset.9.state")), QStringLiteral("In use"));
+    QCOMPARE(app.text(QStringLiteral("preset.10.state")), QString());
+    QVERIFY(isInView(QStringLiteral("preset.9.state")));
+}
+
+void TestPresetsPage::stateIsShownWhole()
+{
+    PrinterOptionsFile::addPreset(QStringLiteral("Shoes"), options(QStringLiteral("1")));
+    AppSession app(8);
+    const QQuickItem &title = app.item(QStringLiteral("preset.0"));
+    QQuickItem *const row = title.parentItem()->parentItem();
+    row->setProperty("description", QStringLiteral("Options were changed since, and 40 % more"));
+    const QQuickItem &state = app.item(QStringLiteral("preset.0.state"));
+    QVERIFY(!state.property("truncated").toBool());
+    QVERIFY(state.property("contentWidth").toDouble() <= state.width());
+    QVERIFY(title.clip());
 }
 
 void TestPresetsPage::deletionAsksFirst_data()
@@ -343,7 +529,7 @@ void TestPresetsPage::deletionAsksFirst_data()
 void TestPresetsPage::deletionAsksFirst()
 {
     QFETCH(int, key);
-    addPreset(QStringLiteral("Shoes"), options(QStringLiteral("0")));
+    PrinterOptionsFile::addPreset(QStringLiteral("Shoes"), options(QStringLiteral("0")));
     AppSession app(8);
     app.click(deleteFirst);
     QVERIFY(app.text(QStringLiteral("confirmation.text")).contains(QStringLiteral("“Shoes”")));
@@ -359,8 +545,8 @@ void TestPresetsPage::deletionAsksFirst()
 
 void TestPresetsPage::confirmedDeletionTakesThePresetAway()
 {
-    addPreset(QStringLiteral("Boots"), options(QStringLiteral("0")));
-    addPreset(QStringLiteral("Shoes"), options(QStringLiteral("0")));
+    PrinterOptionsFile::addPreset(QStringLiteral("Boots"), options(QStringLiteral("0")));
+    PrinterOptionsFile::addPreset(QStringLiteral("Shoes"), options(QStringLiteral("0")));
     AppSession app(8);
     app.click(QStringLiteral("preset.1.load"));
     app.click(deleteFirst);
@@ -372,16 +558,16 @@ void TestPresetsPage::confirmedDeletionTakesThePresetAway()
     QCOMPARE(PrinterOptionsFile::value("MirrorPrint"), QByteArray("True"));
 }
 
-void TestPresetsPage::oddNameIsPlainTextInOneLine_data()
+void TestPresetsPage::oddNameIsPlainTextAndIsLoadedAndDeleted_data()
 {
     addOddNames();
 }
 
-void TestPresetsPage::oddNameIsPlainTextInOneLine()
+void TestPresetsPage::oddNameIsPlainTextAndIsLoadedAndDeleted()
 {
     QFETCH(QString, name);
     QFETCH(QString, shown);
-    addPreset(name, options(QStringLiteral("5")));
+    PrinterOptionsFile::addPreset(name, options(QStringLiteral("5")));
     const MessageLog messages;
     AppSession app(8);
     const QQuickItem &text = app.item(QStringLiteral("preset.0"));
@@ -394,25 +580,15 @@ void TestPresetsPage::oddNameIsPlainTextInOneLine()
     const QQuickItem &question = app.item(QStringLiteral("confirmation.text"));
     QVERIFY(question.property("contentWidth").toDouble() <= question.width());
     QVERIFY(!question.property("truncated").toBool());
-    QCOMPARE(messages.texts().filter(QStringLiteral("qrc:")), QStringList());
-}
-
-void TestPresetsPage::oddNameIsLoadedAndDeleted_data()
-{
-    addOddNames();
-}
-
-void TestPresetsPage::oddNameIsLoadedAndDeleted()
-{
-    QFETCH(QString, name);
-    addPreset(name, options(QStringLiteral("5")));
-    AppSession app(8);
+    app.click(QStringLiteral("confirmation.cancel"));
     app.click(loadFirst);
     QCOMPARE(PrinterOptionsFile::value("Feed"), QByteArray("Custom.5"));
     QCOMPARE(app.text(QStringLiteral("preset.0.state")), QStringLiteral("In use"));
+    QVERIFY(isReportInItsPlace(app));
     app.click(deleteFirst);
     app.click(QStringLiteral("confirmation.confirm"));
     QCOMPARE(PrinterOptionsFile::presets(), QStringList());
+    QCOMPARE(messages.texts().filter(QStringLiteral("qrc:")), QStringList());
 }
 
 void TestPresetsPage::presetIsSavedLoadedAndDeletedByKeysAlone()
@@ -424,19 +600,45 @@ void TestPresetsPage::presetIsSavedLoadedAndDeletedByKeysAlone()
     QTRY_COMPARE(PrinterOptionsFile::presets(), QStringList({QStringLiteral("Shoes")}));
     app.press(loadFirst, Qt::Key_Space);
     QCOMPARE(app.text(report), QStringLiteral("“Shoes” was loaded"));
-    app.press(deleteFirst, Qt::Key_Return);
-    QVERIFY(app.isVisible(QStringLiteral("confirmation.text")));
-    QTest::keyClick(app.window(), Qt::Key_Tab);
-    QTest::keyClick(app.window(), Qt::Key_Return);
+    deleteByKeys(app, 0);
     QTRY_COMPARE(PrinterOptionsFile::presets(), QStringList());
+    QVERIFY(app.property(QStringLiteral("presets.save"), "visualFocus").toBool());
+}
+
+void TestPresetsPage::deletionByKeysLeavesTheFocusNearby()
+{
+    for (int number = 0; number < 9; ++number)
+        PrinterOptionsFile::addPreset(QString::number(number), options(QStringLiteral("1")));
+    AppSession app(8);
+    const QRectF window(0, 0, 800, 480);
+    deleteByKeys(app, 7);
+    QCOMPARE(PrinterOptionsFile::presets().size(), 8);
+    const QString next = QStringLiteral("preset.7.delete");
+    QVERIFY(window.contains(app.rectangle(next)));
+    QCOMPARE(app.text(QStringLiteral("preset.7")), QStringLiteral("8"));
+    QVERIFY(app.property(next, "visualFocus").toBool());
+    deleteByKeys(app, 7);
+    QVERIFY(window.contains(app.rectangle(QStringLiteral("preset.6.delete"))));
+    QVERIFY(app.property(QStringLiteral("preset.6.delete"), "visualFocus").toBool());
+
+    // A finger has no use for a frame, but the keys go on from there.
+    app.click(deleteFirst);
+    app.click(QStringLiteral("confirmation.confirm"));
+    QVERIFY(app.property(deleteFirst, "activeFocus").toBool());
+    QVERIFY(!app.property(deleteFirst, "visualFocus").toBool());
 }
 
 void TestPresetsPage::leavingThePageClosesItsQuestions()
 {
-    addPreset(QStringLiteral("Shoes"), options(QStringLiteral("0")));
+    PrinterOptionsFile::addPreset(QStringLiteral("Shoes"), options(QStringLiteral("0")));
     AppSession app(8);
-    for (const QString &opener : {QStringLiteral("presets.save"), deleteFirst}) {
-        app.click(opener);
+    for (const QString &opener : {QStringLiteral("presets.save"), deleteFirst, QString()}) {
+        if (opener.isEmpty())
+            savePreset(app, QStringLiteral("Shoes"));
+        else
+            app.click(opener);
+        QVERIFY(app.isVisible(QStringLiteral("name.field"))
+                || app.isVisible(QStringLiteral("confirmation.text")));
         QMetaObject::invokeMethod(app.window(), "showTab", Q_ARG(QVariant, 0));
         QTRY_VERIFY(!app.isVisible(QStringLiteral("name.field"))
                     && !app.isVisible(QStringLiteral("confirmation.text")));

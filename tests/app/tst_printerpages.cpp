@@ -5,6 +5,7 @@
 #include "printeroptionsfile.h"
 #include "settingsfile.h"
 
+#include <QtGui/QAccessible>
 #include <QtTest/QtTest>
 
 /// Keeps every value that an object's property "value" has had.
@@ -26,6 +27,7 @@ class TestPrinterPages : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { PrinterOptionsFile::hideThoseOfTheMachine(); }
     void init();
 
     void switchSetsItsOptionBothWays_data();
@@ -51,6 +53,16 @@ private Q_SLOTS:
     void fingerThatScrollsOverAStepperChangesNothing();
     void pagesShowWhatOthersOfThemSet();
     void defaultsAreLoadedAfterAQuestionOnly();
+    void defaultsThatCannotBeWrittenAreNotSaidToBeLoaded();
+    void presetWithTheNameOfTheDefaultsIsNotTakenForThem();
+    void questionIsClosedWithThePage();
+    void leapSuitsTheRange();
+    void barIsFilledFromZero_data();
+    void barIsFilledFromZero();
+    void zeroByKeyLeavesTheFocusAtTheSlider();
+    void partsOfAStepperSayWhoseTheyAre_data();
+    void partsOfAStepperSayWhoseTheyAre();
+    void longChoiceIsShownWhole();
     void pagesGiveNothingToComplainAbout();
 };
 
@@ -60,17 +72,6 @@ QString valueText(AppSession &app, const QString &option)
 {
     app.item(option);
     return app.text(option + QStringLiteral(".value"));
-}
-
-/// Where the middle of the handle is when the slider shows this value.
-QPointF handlePlace(const QQuickItem &slider, int value)
-{
-    const auto *const handle = slider.property("handle").value<QQuickItem *>();
-    const double padding = slider.property("padding").toDouble();
-    const double from = slider.property("from").toDouble();
-    const double way = slider.width() - 2 * padding - handle->width();
-    const double share = (value - from) / (slider.property("to").toDouble() - from);
-    return {padding + handle->width() / 2 + way * share, slider.height() / 2};
 }
 
 void addSteppers()
@@ -262,13 +263,15 @@ void TestPrinterPages::rangeIsSaidAndKept()
     const QQuickItem &slider = app.item(control);
     QCOMPARE(slider.parentItem()->property("description").toString(),
              QStringLiteral("-%1 to %1 %2").arg(QString::number(end), unit));
-    app.drag(control, handlePlace(slider, 0), handlePlace(slider, end) + QPointF(200, 0));
+    app.drag(control, AppSession::handlePlace(slider, 0),
+             AppSession::handlePlace(slider, end) + QPointF(200, 0));
     QCOMPARE(PrinterOptionsFile::value(option), "Custom." + QByteArray::number(end));
     QVERIFY(!app.property(control + QStringLiteral(".plus"), "enabled").toBool());
     app.press(control, Qt::Key_Right);
     QCOMPARE(valueText(app, control), QString::number(end));
 
-    app.drag(control, handlePlace(slider, end), handlePlace(slider, -end) - QPointF(200, 0));
+    app.drag(control, AppSession::handlePlace(slider, end),
+             AppSession::handlePlace(slider, -end) - QPointF(200, 0));
     QCOMPARE(PrinterOptionsFile::value(option), "Custom." + QByteArray::number(-end));
     QVERIFY(!app.property(control + QStringLiteral(".minus"), "enabled").toBool());
     app.press(control, Qt::Key_Left);
@@ -327,7 +330,7 @@ void TestPrinterPages::dragHandsOverItsLastValue()
     const QQuickItem &slider = app.item(control);
     for (const int target : {1200, -700, 1999}) {
         const int now = slider.property("value").toInt();
-        app.drag(control, handlePlace(slider, now), handlePlace(slider, target));
+        app.drag(control, AppSession::handlePlace(slider, now), AppSession::handlePlace(slider, target));
         const int shown = valueText(app, control).toInt();
         QVERIFY2(qAbs(shown - target) < 30, qPrintable(QString::number(shown)));
         QCOMPARE(PrinterOptionsFile::value("Voffset1"), "Custom." + QByteArray::number(shown));
@@ -340,7 +343,7 @@ void TestPrinterPages::dragWritesAFewTimesOnly()
     const QString control = QStringLiteral("vertical1Offset");
     const QQuickItem &slider = app.item(control);
     const auto place = [&slider](int value) {
-        return slider.mapToScene(handlePlace(slider, value)).toPoint();
+        return slider.mapToScene(AppSession::handlePlace(slider, value)).toPoint();
     };
     QSet<QByteArray> written;
     int shown = 0;
@@ -369,11 +372,7 @@ void TestPrinterPages::heldButtonGoesFasterWithTime()
     AppSession app(7);
     const QString control = QStringLiteral("feedOffset");
     const ValueRecorder recorder(app.item(control).parentItem());
-    QQuickItem &plus = app.item(control + QStringLiteral(".plus"));
-    plus.setProperty("delay", 60);
-    plus.setProperty("pause", 20);
-    const QPoint place = plus.mapToScene(QPointF(plus.width() / 2, plus.height() / 2)).toPoint();
-    QTest::mousePress(app.window(), Qt::LeftButton, Qt::NoModifier, place);
+    const QPoint place = app.hold(control + QStringLiteral(".plus"));
     QTRY_VERIFY_WITH_TIMEOUT(recorder.values.size() >= 22, 10000);
     // Steps as long as the finger is down, and none when it leaves.
     const int last = recorder.values.last();
@@ -392,11 +391,7 @@ void TestPrinterPages::heldButtonThatReachesTheEndHandsItOver()
     QVERIFY(PrinterOptionsFile::write("R1TensionAdjust=Custom.7"));
     AppSession app(10);
     const QString control = QStringLiteral("r1Tension");
-    QQuickItem &plus = app.item(control + QStringLiteral(".plus"));
-    plus.setProperty("delay", 60);
-    plus.setProperty("pause", 20);
-    const QPoint place = plus.mapToScene(QPointF(plus.width() / 2, plus.height() / 2)).toPoint();
-    QTest::mousePress(app.window(), Qt::LeftButton, Qt::NoModifier, place);
+    const QPoint place = app.hold(control + QStringLiteral(".plus"));
     QTRY_COMPARE(PrinterOptionsFile::value("R1TensionAdjust"), QByteArray("Custom.10"));
     QTest::mouseRelease(app.window(), Qt::LeftButton, Qt::NoModifier, place);
     QCOMPARE(valueText(app, control), QStringLiteral("10"));
@@ -460,6 +455,126 @@ void TestPrinterPages::defaultsAreLoadedAfterAQuestionOnly()
     QVERIFY(app.property(QStringLiteral("ribbonSaver"), "checked").toBool());
     QCOMPARE(app.property(QStringLiteral("orientationOption"), "displayText").toString(),
              QStringLiteral("Landscape"));
+}
+
+void TestPrinterPages::defaultsThatCannotBeWrittenAreNotSaidToBeLoaded()
+{
+    const QString report = QStringLiteral("defaults.report");
+    QVERIFY(PrinterOptionsFile::blockOptions());
+    const MessageLog messages;
+    AppSession app(10);
+    app.click(QStringLiteral("defaults.load"));
+    app.click(QStringLiteral("confirmation.confirm"));
+    QCOMPARE(app.text(report), QStringLiteral("The options could not be written."));
+
+    PrinterOptionsFile::removeAll();
+    app.click(QStringLiteral("defaults.load"));
+    app.click(QStringLiteral("confirmation.confirm"));
+    QCOMPARE(app.text(report), QStringLiteral("The defaults were loaded"));
+    QCOMPARE(PrinterOptionsFile::value("orientation-requested"), QByteArray("5"));
+}
+
+void TestPrinterPages::presetWithTheNameOfTheDefaultsIsNotTakenForThem()
+{
+    PrinterOptionsFile::addPreset(QStringLiteral("<Default Settings>"),
+                                  {QStringLiteral("Feed"), QStringLiteral("7")});
+    AppSession app(10);
+    app.click(QStringLiteral("defaults.load"));
+    app.click(QStringLiteral("confirmation.confirm"));
+    QCOMPARE(app.text(QStringLiteral("defaults.report")),
+             QStringLiteral("A saved preset has the name of the defaults; nothing was changed."));
+    QCOMPARE(PrinterOptionsFile::count(), 0);
+}
+
+void TestPrinterPages::questionIsClosedWithThePage()
+{
+    AppSession app(10);
+    app.click(QStringLiteral("defaults.load"));
+    QVERIFY(app.isVisible(QStringLiteral("confirmation.text")));
+    QMetaObject::invokeMethod(app.window(), "showTab", Q_ARG(QVariant, 0));
+    QTRY_VERIFY(!app.isVisible(QStringLiteral("confirmation.text")));
+    QCOMPARE(PrinterOptionsFile::count(), 0);
+}
+
+void TestPrinterPages::leapSuitsTheRange()
+{
+    AppSession app(10);
+    app.item(QStringLiteral("head1HeatOffset")).forceActiveFocus(Qt::TabFocusReason);
+    QTest::keyClick(app.window(), Qt::Key_Right, Qt::ShiftModifier);
+    QCOMPARE(PrinterOptionsFile::value("head1Offset"), QByteArray("Custom.10"));
+}
+
+void TestPrinterPages::barIsFilledFromZero_data()
+{
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<QString>("control");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<int>("start");
+    QTest::newRow("right of 0") << 10 << QStringLiteral("head1HeatOffset") << 25 << 0;
+    QTest::newRow("left of 0") << 10 << QStringLiteral("head2HeatOffset") << -40 << 0;
+    QTest::newRow("at 0") << 10 << QStringLiteral("r1Tension") << 0 << 0;
+    QTest::newRow("above 0 only") << 7 << QStringLiteral("supplyWidth") << 40 << 10;
+}
+
+void TestPrinterPages::barIsFilledFromZero()
+{
+    QFETCH(int, tab);
+    QFETCH(QString, control);
+    QFETCH(int, value);
+    QFETCH(int, start);
+    QVERIFY(PrinterOptionsFile::write("head1Offset=Custom.25 head2Offset=Custom.-40"));
+    AppSession app(tab);
+    const QQuickItem &slider = app.item(control);
+    const QQuickItem &fill = app.item(control + QStringLiteral(".fill"));
+    const double bar = slider.property("padding").toDouble();
+    const double first = start > 0 ? bar : AppSession::handlePlace(slider, qMin(value, start)).x();
+    const double last = AppSession::handlePlace(slider, qMax(value, start)).x();
+    const QRectF filled = fill.mapRectToItem(&slider, QRectF(0, 0, fill.width(), fill.height()));
+    QVERIFY2(qAbs(filled.left() - first) < 1, qPrintable(QString::number(filled.left() - first)));
+    QVERIFY2(qAbs(filled.right() - last) < 1, qPrintable(QString::number(filled.right() - last)));
+}
+
+void TestPrinterPages::zeroByKeyLeavesTheFocusAtTheSlider()
+{
+    QVERIFY(PrinterOptionsFile::write("R1TensionAdjust=Custom.7"));
+    AppSession app(10);
+    app.press(QStringLiteral("r1Tension.zero"), Qt::Key_Space);
+    QCOMPARE(PrinterOptionsFile::value("R1TensionAdjust"), QByteArray("0"));
+    const QQuickItem &slider = app.item(QStringLiteral("r1Tension"));
+    QCOMPARE(app.window()->activeFocusItem(), &slider);
+    QVERIFY(slider.property("visualFocus").toBool());
+}
+
+void TestPrinterPages::partsOfAStepperSayWhoseTheyAre_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("minus") << QStringLiteral("Less");
+    QTest::newRow("plus") << QStringLiteral("More");
+    QTest::newRow("zero") << QStringLiteral("Set to 0");
+}
+
+void TestPrinterPages::partsOfAStepperSayWhoseTheyAre()
+{
+    QFETCH(QString, name);
+    AppSession app(10);
+    QQuickItem &part = app.item(QStringLiteral("head1HeatOffset.") + QLatin1String(QTest::currentDataTag()));
+    QAccessibleInterface *const reader = QAccessible::queryAccessibleInterface(&part);
+    QVERIFY(reader);
+    QCOMPARE(reader->text(QAccessible::Name), name);
+    QCOMPARE(reader->text(QAccessible::Description), QStringLiteral("Heat offset of head 1"));
+}
+
+void TestPrinterPages::longChoiceIsShownWhole()
+{
+    const QString name = QStringLiteral("Yliluoma Ordered Dither, and 40 % more");
+    AppSession app(6);
+    app.click(QStringLiteral("ditheringMethod"));
+    QQuickItem &entry = app.item(QStringLiteral("ditheringMethod.1"));
+    entry.setProperty("text", name);
+    app.item(QStringLiteral("ditheringMethod.1"));
+    const auto *const text = entry.property("contentItem").value<QQuickItem *>();
+    QVERIFY(!text->property("truncated").toBool());
+    QVERIFY(text->property("contentHeight").toDouble() <= entry.height());
 }
 
 void TestPrinterPages::pagesGiveNothingToComplainAbout()
