@@ -50,10 +50,11 @@ void startUnread(QProcess &process, const QStringList &arguments)
 
 void startDetached(const QString &program, const QStringList &arguments)
 {
-    // What it prints is nobody's, and a tool that hangs shall not keep the caller's channels open.
+    // What it prints is nobody's, and one that hangs shall not keep the caller's channels open.
     QProcess process;
     process.setProgram(program);
     process.setArguments(arguments);
+    process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
     process.startDetached();

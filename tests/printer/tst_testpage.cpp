@@ -27,7 +27,7 @@ private Q_SLOTS:
     void toolOutlivesTheObject();
     void toolThatCannotStartIsIgnored_data();
     void toolThatCannotStartIsIgnored();
-    void whatTheToolPrintsIsDropped();
+    void toolHasNoChannelOfTheApplication();
     void noOptionIsReadOrSet();
 
 private:
@@ -123,13 +123,13 @@ void TestTestPage::toolThatCannotStartIsIgnored()
     QCOMPARE(recorder.names(), QStringList());
 }
 
-// It would stand in the application's output, and a hung lp would keep that open after the application's end.
-void TestTestPage::whatTheToolPrintsIsDropped()
+// What it prints would stand in the application's output, and a hung lp would keep that open after its end.
+void TestTestPage::toolHasNoChannelOfTheApplication()
 {
     m_tools->setSteps(QStringLiteral("lp"), {RecordingTools::stay()});
     m_printer->printTestPage(4);
     QVERIFY(m_tools->waitForRuns(1));
-    for (const int channel : {STDOUT_FILENO, STDERR_FILENO})
+    for (const int channel : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         QCOMPARE(QFile::symLinkTarget(
                      QStringLiteral("/proc/%1/fd/%2").arg(m_tools->runs().at(0).processId).arg(channel)),
                  QStringLiteral("/dev/null"));

@@ -8,9 +8,13 @@ has_state() {
     grep -q "^State:[[:space:]]*$1" "/proc/$pid/status" 2>/dev/null
 }
 
-# Not somebody else who got the number after the scheduler had gone.
+# Not somebody else who got the number after the scheduler had gone, nor what is left of it.
+runs() {
+    [ "$(readlink "/proc/$pid/exe")" = "$place/cupsd" ]
+}
+
 must_run() {
-    [ "$(readlink "/proc/$pid/exe")" = "$place/cupsd" ] || { echo "The scheduler does not run." >&2; exit 1; }
+    runs || { echo "The scheduler does not run." >&2; exit 1; }
 }
 
 # A device has its scheduler from the beginning; PID is empty only for `run`, before that.
@@ -24,7 +28,7 @@ kill)
     until ! kill -s 0 "$pid" 2>/dev/null || has_state Z; do sleep 0.005; done
     ;;
 start)
-    if [ -e "/proc/$pid" ] && ! has_state Z; then
+    if runs; then
         echo "The scheduler runs already, as process $pid." >&2
         exit 1
     fi
