@@ -20,10 +20,24 @@ bool joins(uint character)
     return character == graphemeJoiner || isBetween(character, zeroWidthNonJoiner, zeroWidthJoiner);
 }
 
-/// Shows only in how the character before it looks: variation selectors.
+/// Shows only in how the character before it looks: variation selectors, and the tags that make one flag
+/// another one.
 bool varies(uint character)
 {
-    return isBetween(character, 0xfe00, 0xfe0f) || isBetween(character, 0xe0100, 0xe01ef);
+    return isBetween(character, 0xfe00, 0xfe0f) || isBetween(character, 0xe0020, 0xe007f)
+        || isBetween(character, 0xe0100, 0xe01ef);
+}
+
+/// Signs around or above numbers and words, which can be seen though Unicode calls them format characters.
+bool isVisibleFormat(uint character)
+{
+    constexpr uint endOfAyah = 0x6dd;
+    constexpr uint syriacAbbreviation = 0x70f;
+    constexpr uint disputedEndOfAyah = 0x8e2;
+    constexpr uint kaithiNumber = 0x110bd;
+    constexpr uint kaithiNumberAbove = 0x110cd;
+    return isBetween(character, 0x600, 0x605) || character == endOfAyah || character == syriacAbbreviation
+        || character == disputedEndOfAyah || character == kaithiNumber || character == kaithiNumberAbove;
 }
 
 /// Takes room and shows nothing, though Unicode calls it a letter or a symbol.
@@ -39,8 +53,9 @@ bool isFiller(uint character)
 bool isHidden(uint character)
 {
     switch (QChar::category(character)) {
-    case QChar::Other_Control:
     case QChar::Other_Format:
+        return !isVisibleFormat(character);
+    case QChar::Other_Control:
     case QChar::Other_Surrogate:
     case QChar::Separator_Line:
     case QChar::Separator_Paragraph:

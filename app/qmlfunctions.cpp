@@ -9,6 +9,7 @@
 #include <cupssupport.h>
 #include <presetlist.h>
 
+#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
@@ -19,6 +20,20 @@ const QStringList &codes()
 {
     static const QStringList list = layoutCodes();
     return list;
+}
+
+bool canBeRead(const QFileInfo &folder)
+{
+    return folder.isDir() && folder.isReadable() && folder.isExecutable();
+}
+
+/// The list of presets is empty then, as it is where nothing was saved.
+bool arePresetsOutOfReach()
+{
+    const QFileInfo presets(QDir::homePath() + QStringLiteral("/.cups/Presets"));
+    const QFileInfo above(presets.path());
+    // Without the right to enter the folder above, this one does not seem to exist.
+    return (above.exists() && !above.isExecutable()) || (presets.exists() && !canBeRead(presets));
 }
 
 } // namespace
@@ -85,6 +100,8 @@ QString PresetNames::shortened(const QString &text, int characters) const
 
 int PrinterFiles::presetsNamed(const QString &name) const
 {
+    if (arePresetsOutOfReach())
+        return -1;
     return PresetList(QStringLiteral("BrackenXL"), true).getUserPresetNames().count(name);
 }
 

@@ -67,7 +67,9 @@ class PrinterFiles : public QObject
 public:
     using QObject::QObject;
 
-    /// How many of the user's presets on the disk have this name.
+    /// How many of the user's presets on the disk have this name; -1 where their folder cannot be read. Logs
+    /// what is wrong with any of them, each time, and takes half a second while a process that hangs holds
+    /// the folder.
     Q_INVOKABLE int presetsNamed(const QString &name) const;
     /// The options by the names of the back end's properties, all but the dithering method and the ribbon
     /// saver. The backfeed offset is with its fraction.

@@ -13,6 +13,8 @@ QtObject {
     property var values: ({})
     /// The user's presets, in the back end's order.
     property var presetNames: []
+    /// Names of which one could not be deleted. The back end does it with the next change that it can write.
+    property var undeleted: []
     /// The preset that was loaded or saved last, by this program; empty for none.
     property string preset
     /// What the options were then.
@@ -132,11 +134,20 @@ QtObject {
         return names.find(function (known) { return known.indexOf("Threshold") === 0; }) || "";
     }
 
-    function readPresetNames() {
+    function userPresets() {
         var names = Array.from(ZBSettingsPrinter.populatePresetList());
         if (names[0] === currentSettings)
             names.shift();
-        presetNames = names;
+        return names;
+    }
+
+    function readPresetNames() {
+        presetNames = userPresets();
+    }
+
+    /// How many presets of this name the back end has, also of those that it could not write.
+    function listed(name) {
+        return userPresets().filter(function (known) { return known === name; }).length;
     }
 
     /// The library takes the nearest number in the range for what a preset holds.
@@ -177,13 +188,25 @@ QtObject {
     /// In place of the one that has this name, if there is one. Whether it is on the disk.
     function save(name) {
         settle();
-        if (presetNames.indexOf(name) >= 0)
-            ZBSettingsPrinter.deletePreset(name);
-        var others = PrinterFiles.presetsNamed(name);
+        var isInTheWay = presetNames.indexOf(name) >= 0 || undeleted.indexOf(name) >= 0;
+        // One that is still there would be taken for the new one. A look can take half a second, so there is
+        // no second one after it.
+        var isRoom = !isInTheWay || deleteNewest(name);
         ZBSettingsPrinter.addPreset(name);
         usePreset(name);
         readPresetNames();
-        return PrinterFiles.presetsNamed(name) > others;
+        return isRoom && PrinterFiles.presetsNamed(name) >= listed(name);
+    }
+
+    /// Also what could not be deleted before, then with nothing of the name in the list. Whether it is gone
+    /// from the disk.
+    function deleteNewest(name) {
+        ZBSettingsPrinter.deletePreset(name);
+        var left = PrinterFiles.presetsNamed(name);
+        var isGone = left >= 0 && left <= listed(name);
+        var others = undeleted.filter(function (known) { return known !== name; });
+        undeleted = isGone ? others : others.concat([name]);
+        return isGone;
     }
 
     /// What a preset that is saved now does not bring back when it is loaded, as the back end has it.
@@ -202,12 +225,11 @@ QtObject {
 
     /// Whether it is gone from the disk.
     function remove(name) {
-        var before = PrinterFiles.presetsNamed(name);
-        ZBSettingsPrinter.deletePreset(name);
+        var isGone = deleteNewest(name);
         if (preset === name)
             preset = "";
         readPresetNames();
-        return before === 0 || PrinterFiles.presetsNamed(name) < before;
+        return isGone;
     }
 
     function printTestPage(inches) {

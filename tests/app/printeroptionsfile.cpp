@@ -8,6 +8,10 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 namespace {
 
 QString folder()
@@ -24,10 +28,10 @@ QString presetFolder()
     return folder() + QStringLiteral("/Presets");
 }
 
-bool makeFile(const QString &name)
+bool makeFile(const QString &name, const QByteArray &content = {})
 {
     QFile file(name);
-    return file.open(QIODevice::WriteOnly);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
 QList<QByteArray> words()
@@ -52,7 +56,8 @@ void PrinterOptionsFile::hideThoseOfTheMachine()
 
 void PrinterOptionsFile::removeAll()
 {
-    QFile::setPermissions(presetFolder(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    for (const QString &each : {folder(), presetFolder()})
+        QFile::setPermissions(each, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     QDir(folder()).removeRecursively();
 }
 
@@ -69,7 +74,22 @@ bool PrinterOptionsFile::makePresetsReadOnly()
 
 bool PrinterOptionsFile::blockPresets()
 {
-    return QDir().mkpath(folder()) && makeFile(presetFolder());
+    return QDir().mkpath(folder()) && QDir(presetFolder()).removeRecursively() && makeFile(presetFolder());
+}
+
+bool PrinterOptionsFile::closePresets()
+{
+    return QFile::setPermissions(presetFolder(), {});
+}
+
+bool PrinterOptionsFile::closeFolderAbovePresets()
+{
+    return QFile::setPermissions(folder(), {});
+}
+
+bool PrinterOptionsFile::addPresetOfNewerFormat()
+{
+    return makeFile(presetFolder() + QStringLiteral("/Newer_p"), "Corvanta preset, format 2\n");
 }
 
 bool PrinterOptionsFile::write(const QByteArray &options)
@@ -105,4 +125,16 @@ void PrinterOptionsFile::addPreset(const QString &name, const QStringList &optio
 QStringList PrinterOptionsFile::presets()
 {
     return PresetList(QStringLiteral("BrackenXL"), true).getUserPresetNames();
+}
+
+PrinterOptionsFile::HungProgram::HungProgram()
+    : m_folder(::open(QFile::encodeName(presetFolder()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    , m_isHolding(m_folder >= 0 && ::flock(m_folder, LOCK_EX | LOCK_NB) == 0)
+{
+}
+
+PrinterOptionsFile::HungProgram::~HungProgram()
+{
+    if (m_folder >= 0)
+        ::close(m_folder);
 }

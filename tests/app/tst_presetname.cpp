@@ -34,6 +34,16 @@ void TestPresetName::nameIsOneLineThatCanBeSeen_data()
     same("heart with a variation selector at the end", "\xe2\x9d\xa4\xef\xb8\x8f");
     same("Persian with a non-joiner", "\xd9\x85\xdb\x8c\xe2\x80\x8c\xd8\xae");
     same("Hangul", "\xed\x95\x9c\xea\xb8\x80");
+    same("flag of Scotland, with tags",
+         "\xf0\x9f\x8f\xb4\xf3\xa0\x81\xa7\xf3\xa0\x81\xa2\xf3\xa0\x81\xb3\xf3\xa0\x81\xa3\xf3\xa0\x81\xb4"
+         "\xf3\xa0\x81\xbf");
+    same("Arabic number sign", "\xd8\x80\xd9\xa1");
+    same("Arabic mark above a number", "\xd8\x85\xd9\xa1");
+    same("end of ayah", "\xd9\xa1\xdb\x9d");
+    same("Syriac abbreviation", "\xdc\x8f\xdc\x90");
+    same("disputed end of ayah", "\xe0\xa3\xa2");
+    same("Kaithi number sign", "\xf0\x91\x82\xbd\xf0\x91\x81\xa7");
+    same("Kaithi number sign above", "\xf0\x91\x83\x8d\xf0\x91\x81\xa7");
 
     const auto row = [](const char *name, const QString &text, const char *expected) {
         QTest::newRow(name) << text << QString::fromUtf8(expected);
@@ -47,7 +57,10 @@ void TestPresetName::nameIsOneLineThatCanBeSeen_data()
     row("from right to left", QStringLiteral("a\u202eb\u2066"), "a b");
     row("soft hyphen", QStringLiteral("\u00ada"), "a");
     row("byte order mark", QStringLiteral("\ufeffa"), "a");
-    row("tag beyond 16 bits", QString::fromUtf8("\xf3\xa0\x81\x81"), "");
+    row("tags alone", QString::fromUtf8("\xf3\xa0\x81\xa7\xf3\xa0\x81\xbf"), "");
+    row("tags behind a blank", QString::fromUtf8("a \xf3\xa0\x81\xa7\xf3\xa0\x81\xbf"), "a");
+    row("language tag", QString::fromUtf8("a\xf3\xa0\x80\x81"), "a");
+    row("Arabic letter mark, between the visible ones", QStringLiteral("\u061c\u061c"), "");
     row("empty braille", QStringLiteral("\u2800\u2800"), "");
     row("Hangul fillers", QStringLiteral("\u3164\u115f\uffa0"), "");
     row("joiner alone", QStringLiteral("\u200d"), "");

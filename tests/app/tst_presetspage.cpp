@@ -9,6 +9,9 @@
 
 #include <unistd.h>
 
+using Obstacle = bool (*)();
+Q_DECLARE_METATYPE(Obstacle)
+
 class TestPresetsPage : public QObject
 {
     Q_OBJECT
@@ -37,6 +40,10 @@ private Q_SLOTS:
     void whatAPresetDoesNotBringBackIsSaid();
     void presetThatCannotBeSavedIsNotSaidToBe();
     void deletionThatCannotBeWrittenIsNotSaidToBe();
+    void presetThatCannotBeLookedForIsNotSaidToBeDeleted_data();
+    void presetThatCannotBeLookedForIsNotSaidToBeDeleted();
+    void presetsAreLookedForOnceAfterEachChange();
+    void oldPresetIsNotTakenForTheNewOneWhileAProgramHangs();
     void optionsThatCannotBeWrittenAreNotSaidToBeLoaded();
     void valuesOutsideTheirRangesAreLoadedAsTheirEnds();
     void otherPresetOfADeletedNameIsNotInUse();
@@ -86,6 +93,14 @@ void deleteByKeys(AppSession &app, int row)
     app.press(QStringLiteral("preset.%1.delete").arg(row), Qt::Key_Return);
     QTest::keyClick(app.window(), Qt::Key_Tab);
     QTest::keyClick(app.window(), Qt::Key_Return);
+}
+
+/// How often the presets were looked for: each time, what is wrong with one is logged anew.
+int looksIn(MessageLog *messages)
+{
+    const int count = messages->texts().filter(QStringLiteral("newer format")).size();
+    messages->clear();
+    return count;
 }
 
 /// Whole, not wider than its place, and not behind the button at its right.
@@ -439,6 +454,84 @@ void TestPresetsPage::deletionThatCannotBeWrittenIsNotSaidToBe()
     QCOMPARE(app.text(report),
              isDeleted ? QStringLiteral("“Shoes” was deleted")
                        : QStringLiteral("“Shoes” could not be deleted"));
+}
+
+void TestPresetsPage::presetThatCannotBeLookedForIsNotSaidToBeDeleted_data()
+{
+    QTest::addColumn<Obstacle>("makeObstacle");
+    QTest::addColumn<bool>("stopsRoot");
+    QTest::newRow("file in place of the folder") << Obstacle(PrinterOptionsFile::blockPresets) << true;
+    QTest::newRow("folder without rights") << Obstacle(PrinterOptionsFile::closePresets) << false;
+    QTest::newRow("folder above without rights")
+        << Obstacle(PrinterOptionsFile::closeFolderAbovePresets) << false;
+}
+
+void TestPresetsPage::presetThatCannotBeLookedForIsNotSaidToBeDeleted()
+{
+    QFETCH(Obstacle, makeObstacle);
+    QFETCH(bool, stopsRoot);
+    PrinterOptionsFile::addPreset(QStringLiteral("Shoes"), options(QStringLiteral("3")));
+    const MessageLog messages;
+    AppSession app(8);
+    QVERIFY(makeObstacle());
+    app.click(deleteFirst);
+    app.click(QStringLiteral("confirmation.confirm"));
+    QCOMPARE(app.text(report),
+             ::geteuid() == 0 && !stopsRoot ? QStringLiteral("“Shoes” was deleted")
+                                            : QStringLiteral("“Shoes” could not be deleted"));
+}
+
+void TestPresetsPage::presetsAreLookedForOnceAfterEachChange()
+{
+    PrinterOptionsFile::addPreset(QStringLiteral("Shoes"), options(QStringLiteral("3")));
+    QVERIFY(PrinterOptionsFile::addPresetOfNewerFormat());
+    MessageLog messages;
+    AppSession app(8);
+    QCOMPARE(looksIn(&messages), 1);
+    savePreset(app, QStringLiteral("Boots"));
+    QVERIFY(app.text(report).startsWith(QStringLiteral("Saved as “Boots”")));
+    QCOMPARE(looksIn(&messages), 1);
+    app.click(deleteFirst);
+    app.click(QStringLiteral("confirmation.confirm"));
+    QCOMPARE(app.text(report), QStringLiteral("“Shoes” was deleted"));
+    QCOMPARE(looksIn(&messages), 1);
+    // A replacement is two changes.
+    savePreset(app, QStringLiteral("Boots"));
+    app.click(QStringLiteral("confirmation.confirm"));
+    QVERIFY(app.text(report).startsWith(QStringLiteral("Saved as “Boots”")));
+    QCOMPARE(looksIn(&messages), 2);
+}
+
+void TestPresetsPage::oldPresetIsNotTakenForTheNewOneWhileAProgramHangs()
+{
+    PrinterOptionsFile::addPreset(QStringLiteral("Boots"), options(QStringLiteral("3")));
+    PrinterOptionsFile::addPreset(QStringLiteral("Shoes"), options(QStringLiteral("3")));
+    QVERIFY(PrinterOptionsFile::addPresetOfNewerFormat());
+    MessageLog messages;
+    AppSession app(8);
+    messages.clear();
+    {
+        const PrinterOptionsFile::HungProgram program;
+        QVERIFY(program.isHolding());
+        app.click(deleteFirst);
+        app.click(QStringLiteral("confirmation.confirm"));
+        QCOMPARE(app.text(report), QStringLiteral("“Boots” could not be deleted"));
+        QCOMPARE(looksIn(&messages), 1);
+        // It is not in the list any more, but on the disk.
+        savePreset(app, QStringLiteral("Boots"));
+        QCOMPARE(app.text(report), QStringLiteral("“Boots” could not be saved"));
+        QCOMPARE(looksIn(&messages), 1);
+        savePreset(app, QStringLiteral("Shoes"));
+        app.click(QStringLiteral("confirmation.confirm"));
+        QCOMPARE(app.text(report), QStringLiteral("“Shoes” could not be saved"));
+        QCOMPARE(looksIn(&messages), 1);
+    }
+    savePreset(app, QStringLiteral("Shoes"));
+    app.click(QStringLiteral("confirmation.confirm"));
+    QVERIFY(app.text(report).startsWith(QStringLiteral("Saved as “Shoes”")));
+    QCOMPARE(PrinterOptionsFile::presets(), QStringList({QStringLiteral("Boots"), QStringLiteral("Shoes")}));
+    app.click(QStringLiteral("preset.1.load"));
+    QCOMPARE(PrinterOptionsFile::value("Feed"), QByteArray("0"));
 }
 
 void TestPresetsPage::optionsThatCannotBeWrittenAreNotSaidToBeLoaded()
