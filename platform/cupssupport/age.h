@@ -1,4 +1,4 @@
-// The time between two points of time, and the present one.
+// Points of time as file systems know them: the present one, and two beside each other.
 #pragma once
 
 #include <QtCore/qglobal.h>
@@ -11,6 +11,11 @@ inline timespec presentTime()
     timespec now = {};
     ::clock_gettime(CLOCK_REALTIME, &now);
     return now;
+}
+
+inline bool isSameTime(const timespec &left, const timespec &right)
+{
+    return left.tv_sec == right.tv_sec && left.tv_nsec == right.tv_nsec;
 }
 
 /// Negative when \a end is before \a begin.

@@ -22,10 +22,11 @@ enum _CupsOrientation : int {
  * Nothing here talks to the scheduler, so it works alike with a scheduler that runs, hangs or is not there.
  *
  * A getter costs one look at the file's properties; the file is read only after it changed, whoever changed
- * it, and again by each call until the change is some 20 ms old. So a getter never gives an older value than
- * the file held when it was called, and several objects, also of other processes, see each other's changes.
- * An option that is not in the user's file has the value of the system's file /etc/cups/lpoptions, and where
- * that has none either, false, 0 or CupsOrientationNone.
+ * it, and again by each call until the change is some 20 ms old; README.md says which files are read for
+ * longer, and when a call waits up to 100 ms for another program's writing. So a getter never gives an older
+ * value than the file held when it was called, and several objects, also of other processes, see each other's
+ * changes. An option that is not in the user's file has the value of the system's file /etc/cups/lpoptions,
+ * and where that has none either, false, 0 or CupsOrientationNone.
  *
  * A setter returns when its change is on the disk; it then outlives a power cut. A value that the user's file
  * holds already is not written again. A number outside its range counts as the nearest one inside; that is

@@ -1,8 +1,6 @@
 // When a file's times tell it from what is written next.
 #include "filestate.h"
 
-#include "age.h"
-
 namespace {
 
 // The clock of most kernels goes in ticks of 1 to 10 ms.

@@ -1,6 +1,8 @@
 // What tells one state of a file from another, without reading it.
 #pragma once
 
+#include "age.h"
+
 #include <sys/stat.h>
 
 /**
@@ -42,16 +44,11 @@ public:
     {
         return left.m_isThere == right.m_isThere && left.m_device == right.m_device
             && left.m_inode == right.m_inode && left.m_size == right.m_size
-            && isSame(left.m_modified, right.m_modified) && isSame(left.m_changed, right.m_changed);
+            && isSameTime(left.m_modified, right.m_modified) && isSameTime(left.m_changed, right.m_changed);
     }
     friend bool operator!=(const FileState &left, const FileState &right) { return !(left == right); }
 
 private:
-    static bool isSame(const timespec &left, const timespec &right)
-    {
-        return left.tv_sec == right.tv_sec && left.tv_nsec == right.tv_nsec;
-    }
-
     bool m_isThere = false;
     dev_t m_device = 0;
     ino_t m_inode = 0;

@@ -16,22 +16,19 @@ namespace {
 constexpr int longestWritingMilliseconds = 100;
 constexpr unsigned long millisecondsBetweenTries = 5;
 // A file of a hundred queues has a tenth of it. What is larger is none of lpoptions'.
-constexpr off_t largestFile = 1024 * 1024;
+constexpr off_t largestFile = 1 << 20;
 
+/// Only what the file itself is stays so until the file changes. Anything else, such as too many open files,
+/// may be over the next time.
 LpOptionsReading failed(const FileState &state, int error)
 {
     LpOptionsReading result;
     result.state = state;
-    result.isSettled = state.isSettledAt(presentTime());
+    result.isSettled = (error == EINVAL || error == EFBIG) && state.isSettledAt(presentTime());
     result.failure = error == EINVAL ? QStringLiteral("not a file")
         : error == EFBIG             ? QStringLiteral("too large")
                                      : qt_error_string(error);
     return result;
-}
-
-bool isSameTime(const timespec &left, const timespec &right)
-{
-    return left.tv_sec == right.tv_sec && left.tv_nsec == right.tv_nsec;
 }
 
 /// One reading; \a isUnchanged is whether the file stayed as it was.

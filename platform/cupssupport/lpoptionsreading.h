@@ -10,7 +10,7 @@ struct LpOptionsReading
 {
     QByteArray text; ///< empty when there is no file
     FileState state; ///< of the file that the text is from
-    bool isSettled = true; ///< whether a later file has another state
+    bool isSettled = true; ///< whether reading a file of the same state again would give the same
     QString failure; ///< why a file that is there could not be read; empty when all is well
 };
 

@@ -15,6 +15,13 @@ namespace {
 constexpr mode_t usualMode = 0644;
 constexpr mode_t permissions = 0777;
 
+/// Whether \a error of fchown(2) says that this process cannot give a file to that user: it may not, the user
+/// is none of the process's user namespace, or the file system has no owners.
+bool isOutOfReach(int error)
+{
+    return error == EPERM || error == EINVAL || error == ENOSYS;
+}
+
 /// Gives the new file what else belongs to \a old. That it stays another user's is not ours to see to where
 /// the system does not let us.
 int takeOver(int file, const struct stat &old)
@@ -23,7 +30,7 @@ int takeOver(int file, const struct stat &old)
     if (::fstat(file, &present) != 0)
         return errno;
     const bool hasOtherOwner = present.st_uid != old.st_uid || present.st_gid != old.st_gid;
-    if (hasOtherOwner && ::fchown(file, old.st_uid, old.st_gid) != 0 && errno != EPERM)
+    if (hasOtherOwner && ::fchown(file, old.st_uid, old.st_gid) != 0 && !isOutOfReach(errno))
         return errno;
     const bool hasOtherMode = (present.st_mode & permissions) != (old.st_mode & permissions);
     return hasOtherMode && ::fchmod(file, old.st_mode & permissions) != 0 ? errno : 0;
@@ -35,6 +42,12 @@ OptionsFolder::OptionsFolder(const QByteArray &path, int patience)
     : m_folder(openFolder(path, MissingFolders::LastIsMade))
     , m_error(m_folder.error() != 0 ? m_folder.error() : FolderLock::take(m_folder.get(), patience))
 {
+}
+
+OptionsFolder::~OptionsFolder()
+{
+    if (m_error == 0)
+        FolderLock::release(m_folder.get());
 }
 
 int OptionsFolder::replace(const QByteArray &name, const QByteArray &content) const

@@ -12,6 +12,7 @@ public:
     /// Waits at most \a patience milliseconds for the lock of \a path, and makes the folder, with mode 0700,
     /// where only it is missing.
     OptionsFolder(const QByteArray &path, int patience);
+    ~OptionsFolder();
 
     /// Why the folder is not there or not locked; EWOULDBLOCK when another process has the lock.
     int error() const { return m_error; }
@@ -23,6 +24,8 @@ public:
     int replace(const QByteArray &name, const QByteArray &content) const;
 
 private:
+    Q_DISABLE_COPY(OptionsFolder)
+
     FileDescriptor m_folder;
     int m_error;
 };

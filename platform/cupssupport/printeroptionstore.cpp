@@ -21,7 +21,7 @@ QByteArray queue()
     return QByteArrayLiteral("BrackenXL");
 }
 
-/// With the slash at its end, so that the root is a folder like any other; empty for the current one.
+/// Of \a path, which has a slash. With that at its end, so that the root is a folder like any other.
 QByteArray folderOf(const QByteArray &path)
 {
     return path.left(path.lastIndexOf('/') + 1);

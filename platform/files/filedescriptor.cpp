@@ -22,3 +22,8 @@ FileDescriptor::FileDescriptor(FileDescriptor &&other) noexcept
     , m_error(other.m_error)
 {
 }
+
+int FileDescriptor::release()
+{
+    return std::exchange(m_descriptor, -1);
+}

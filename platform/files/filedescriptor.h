@@ -12,6 +12,8 @@ public:
 
     /// The descriptor, negative when opening failed.
     int get() const { return m_descriptor; }
+    /// Gives the descriptor to the caller, who closes it.
+    int release();
     /// 0, or the errno value (see errno(3)) with which opening failed.
     int error() const { return m_error; }
 

@@ -2,10 +2,13 @@
 #include "folderlock.h"
 
 #include <QtCore/QDeadlineTimer>
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QThread>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <limits>
 #include <optional>
 #include <sys/file.h>
 
@@ -13,6 +16,8 @@ namespace {
 
 // Less than a write takes.
 constexpr unsigned long microsecondsBetweenTries = 100;
+// Who is first and awake looks hundreds of times meanwhile.
+constexpr qint64 longestIdleMilliseconds = 50;
 
 struct flock bytes(short type, off_t begin, off_t count)
 {
@@ -24,41 +29,73 @@ struct flock bytes(short type, off_t begin, off_t count)
     return result;
 }
 
-/// A number of another process from \a begin on, among \a count ones, or all when that is 0.
-std::optional<off_t> numberOfOther(int folder, off_t begin, off_t count)
+/// What another process holds from \a begin on, of \a count bytes, or of all when that is 0.
+std::optional<struct flock> lockOfOther(int folder, off_t begin, off_t count)
 {
     struct flock found = bytes(F_WRLCK, begin, count);
     if (::fcntl(folder, F_OFD_GETLK, &found) != 0 || found.l_type == F_UNLCK)
         return std::nullopt;
-    return found.l_start;
+    return found;
+}
+
+/// Whether \a lock is a number that another one can come after. Any program that may open the folder may lock
+/// ranges of it, too, which may begin before the byte that was asked about.
+bool isNumber(const struct flock &lock)
+{
+    return lock.l_len == 1 && lock.l_start < std::numeric_limits<off_t>::max();
+}
+
+/// The number after those of the others; none where there are no numbers, or no time.
+std::optional<off_t> takeNumber(int folder, const QDeadlineTimer &deadline)
+{
+    off_t number = 0;
+    while (const std::optional<struct flock> other = lockOfOther(folder, number, 0)) {
+        if (!isNumber(*other) || deadline.hasExpired())
+            return std::nullopt;
+        number = other->l_start + 1;
+    }
+    struct flock own = bytes(F_RDLCK, number, 1);
+    if (::fcntl(folder, F_OFD_SETLK, &own) != 0)
+        return std::nullopt;
+    return number;
 }
 
 /// The place of one process among those that wait, until it ends.
 class Place
 {
 public:
-    explicit Place(int folder)
+    Place(int folder, const QDeadlineTimer &deadline)
         : m_folder(folder)
+        , m_number(takeNumber(folder, deadline))
     {
-        while (const std::optional<off_t> other = numberOfOther(folder, m_number, 0))
-            m_number = *other + 1;
-        struct flock own = bytes(F_RDLCK, m_number, 1);
-        ::fcntl(folder, F_OFD_SETLK, &own);
     }
     ~Place()
     {
-        struct flock own = bytes(F_UNLCK, m_number, 1);
+        if (!m_number)
+            return;
+        struct flock own = bytes(F_UNLCK, *m_number, 1);
         ::fcntl(m_folder, F_OFD_SETLK, &own);
     }
     Place(const Place &) = delete;
     Place &operator=(const Place &) = delete;
 
-    bool isFirst() const { return m_number == 0 || !numberOfOther(m_folder, 0, m_number); }
+    /// Whether no number is before this one. Who has none waits in no order.
+    bool isFirst() const { return m_number.value_or(0) == 0 || !lockOfOther(m_folder, 0, *m_number); }
 
 private:
     const int m_folder;
-    off_t m_number = 0;
+    const std::optional<off_t> m_number;
 };
+
+/// Whether somebody has the lock. Looking is a shared lock for a moment, which those who look allow each
+/// other; who tries for it in this moment tries again.
+bool isTaken(int folder)
+{
+    if (::flock(folder, LOCK_SH | LOCK_NB) != 0)
+        return errno == EWOULDBLOCK;
+    ::flock(folder, LOCK_UN);
+    return false;
+}
 
 /// 0, or EWOULDBLOCK when it is taken.
 int tryFor(int folder)
@@ -72,15 +109,21 @@ int tryFor(int folder)
 
 int FolderLock::take(int folder, int patience)
 {
-    if (!numberOfOther(folder, 0, 0)) {
+    const QDeadlineTimer deadline(patience, Qt::PreciseTimer);
+    if (!lockOfOther(folder, 0, 0)) {
         const int error = tryFor(folder);
         if (error != EWOULDBLOCK)
             return error;
     }
-    const QDeadlineTimer deadline(patience, Qt::PreciseTimer);
-    const Place place(folder);
+    const Place place(folder, deadline);
+    const qint64 longestIdle = std::min<qint64>(longestIdleMilliseconds, patience / 2);
+    QElapsedTimer idle;
+    idle.start();
     for (;;) {
-        if (place.isFirst() || deadline.remainingTime() < patience / 2) {
+        const bool isFirst = place.isFirst();
+        if (!isFirst && isTaken(folder))
+            idle.restart();
+        if (isFirst || idle.elapsed() >= longestIdle) {
             const int error = tryFor(folder);
             if (error != EWOULDBLOCK)
                 return error;
@@ -89,6 +132,11 @@ int FolderLock::take(int folder, int patience)
             return EWOULDBLOCK;
         QThread::usleep(microsecondsBetweenTries);
     }
+}
+
+void FolderLock::release(int folder)
+{
+    ::flock(folder, LOCK_UN);
 }
 
 QString FolderLock::reasonOf(int error)

@@ -57,18 +57,29 @@ FolderFiles::FolderFiles(const QString &path, Opening opening, int patience)
                    opening == Opening::MadeAndLocked ? MissingFolders::AllAreMade : MissingFolders::Fail))
     , m_error(m_folder.error())
 {
-    if (m_error == 0 && opening != Opening::Existing)
-        m_error = FolderLock::take(m_folder.get(), patience);
+    if (m_error != 0 || opening == Opening::Existing)
+        return;
+    m_error = FolderLock::take(m_folder.get(), patience);
+    m_isLocked = m_error == 0;
+}
+
+FolderFiles::~FolderFiles()
+{
+    if (m_isLocked)
+        FolderLock::release(m_folder.get());
 }
 
 int FolderFiles::list(QStringList *names) const
 {
     names->clear();
     // A descriptor of its own, since reading moves its position.
-    const std::unique_ptr<DIR, int (*)(DIR *)> entries(
-        fdopendir(openat(m_folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)), closedir);
+    FileDescriptor own(openat(m_folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (own.error() != 0)
+        return own.error();
+    const std::unique_ptr<DIR, int (*)(DIR *)> entries(fdopendir(own.get()), closedir);
     if (!entries)
         return errno;
+    own.release();
     errno = 0;
     while (const dirent *entry = readdir(entries.get())) {
         const QString name = QString::fromUtf8(entry->d_name);
@@ -76,8 +87,9 @@ int FolderFiles::list(QStringList *names) const
             names->append(name);
         errno = 0;
     }
+    const int error = errno;
     names->sort();
-    return errno;
+    return error;
 }
 
 int FolderFiles::read(const QString &name, QByteArray *content) const

@@ -8,7 +8,8 @@
 #include <QtCore/QStringList>
 
 /**
- * An open folder. Everything that changes it is done under its lock (FolderLock).
+ * An open folder. Everything that changes it is done under its lock (FolderLock), which is held until the
+ * object ends.
  *
  * Functions that return an int return 0, or the errno value (errno(3)) with which they failed.
  */
@@ -26,9 +27,12 @@ public:
 
     /// Waits at most \a patience milliseconds for the lock, if it is to be locked.
     FolderFiles(const QString &path, Opening opening, int patience);
+    ~FolderFiles();
 
     /// Why the folder is not open or not locked; EWOULDBLOCK when another process has the lock.
     int error() const { return m_error; }
+    /// Whether the folder may be changed.
+    bool isLocked() const { return m_isLocked; }
 
     /// Names of all files but folders, sorted by code units; those that are not UTF-8 are left out.
     int list(QStringList *names) const;
@@ -52,5 +56,6 @@ private:
 
     FileDescriptor m_folder;
     int m_error;
+    bool m_isLocked = false;
     bool m_hasChanged = false;
 };

@@ -128,6 +128,11 @@ void PresetFolder::readOrder(PresetFolderContent *content)
 
 void PresetFolder::setAside(const QString &fileName, PresetFolderContent *content)
 {
+    if (!m_files.isLocked()) {
+        content->unread.append(fileName);
+        content->complaints.append(QStringLiteral("%1 is damaged or no preset").arg(pathOf(fileName)));
+        return;
+    }
     int error = EEXIST;
     QString newName;
     for (int number = 1; error == EEXIST; ++number) {

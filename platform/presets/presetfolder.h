@@ -23,7 +23,7 @@ struct PresetFolderContent
     QVector<StoredPreset> presets; ///< in their order
     std::optional<PresetOrder> order; ///< as it was written last; nothing when it never was
     bool isOrderKept = true; ///< whether the order can be written; not one that only a newer version reads
-    QStringList unread; ///< names of files that stay although they could not be read
+    QStringList unread; ///< names of files that stay although no preset could be read from them
     QStringList setAside; ///< names that damaged files had
     QStringList complaints; ///< one line for the log each
 };
@@ -43,8 +43,8 @@ public:
 
     /**
      * All presets that can be read, in the order that was written. Damaged files are renamed to
-     * "*.damaged". Files of another model, of a newer format, and those that cannot be opened stay as they
-     * are.
+     * "*.damaged" when the folder is locked. Files of another model, of a newer format, and those that cannot
+     * be opened stay as they are.
      */
     int read(PresetFolderContent *content);
     /// Puts \a record into a new file, named after \a wish; \a fileName becomes the file's name.

@@ -14,13 +14,13 @@ constexpr int patienceOfReading = 500;
 } // namespace
 
 // Under the lock, so that another process's change is seen as a whole. Files can be read without it just as
-// well, should that process hang.
+// well, should that process hang, or the file system have no locks.
 int PresetList::Private::read(PresetFolderContent *content) const
 {
     {
         PresetFolder locked(path, modelName, FolderFiles::Opening::Locked, patienceOfReading);
-        if (locked.error() != EWOULDBLOCK)
-            return locked.error() != 0 ? locked.error() : locked.read(content);
+        if (locked.error() == 0)
+            return locked.read(content);
     }
     PresetFolder folder(path, modelName, FolderFiles::Opening::Existing, 0);
     return folder.error() != 0 ? folder.error() : folder.read(content);

@@ -14,7 +14,12 @@
 
 namespace {
 
-constexpr long nanosecondsOfTick = 10000000;
+constexpr long usualTick = 10000000;
+constexpr long wholeSecond = 1000000000;
+
+long nanosecondsOfTick = usualTick;
+/// How much older than it is a file seems to be.
+time_t secondsAdded = 0;
 
 /// What happens once, after the next read of a file.
 std::function<void()> afterRead;
@@ -22,6 +27,7 @@ std::function<void()> afterRead;
 void makeCoarse(timespec *time)
 {
     time->tv_nsec -= time->tv_nsec % nanosecondsOfTick;
+    time->tv_sec -= secondsAdded;
 }
 
 int withCoarseTimes(int result, struct stat *file)
@@ -75,11 +81,22 @@ class TestCoarseTimes : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup();
+
     void secondWriteOfATickIsSeen();
     void secondWriteOfATickIsKept();
     void writeDuringAReadIsSeen();
     void oldFileIsNotReadAgain();
+    void fileIsReadAgainUntilItsDiskTellsTheNextWrite_data();
+    void fileIsReadAgainUntilItsDiskTellsTheNextWrite();
 };
+
+void TestCoarseTimes::cleanup()
+{
+    nanosecondsOfTick = usualTick;
+    secondsAdded = 0;
+    afterRead = nullptr;
+}
 
 void TestCoarseTimes::secondWriteOfATickIsSeen()
 {
@@ -130,6 +147,34 @@ void TestCoarseTimes::oldFileIsNotReadAgain()
     QCOMPARE(options.getColorHeadOffset(1), 10);
     afterRead = nullptr;
     QCOMPARE(reads, 0);
+}
+
+void TestCoarseTimes::fileIsReadAgainUntilItsDiskTellsTheNextWrite_data()
+{
+    QTest::addColumn<qint64>("tick");
+    QTest::addColumn<int>("age");
+    QTest::addColumn<int>("readings");
+    QTest::newRow("whole seconds, young") << qint64(wholeSecond) << 1 << 1;
+    QTest::newRow("whole seconds, old") << qint64(wholeSecond) << 3 << 0;
+    QTest::newRow("parts of seconds, as old") << qint64(1) << 1 << 0;
+    QTest::newRow("from the future") << qint64(1) << -100 << 1;
+}
+
+void TestCoarseTimes::fileIsReadAgainUntilItsDiskTellsTheNextWrite()
+{
+    QFETCH(qint64, tick);
+    QFETCH(int, age);
+    QFETCH(int, readings);
+    const OptionsHome home;
+    QVERIFY(home.write(textWith(1, 0)));
+    nanosecondsOfTick = long(tick);
+    secondsAdded = age;
+    const CupsSupport options;
+    QCOMPARE(options.getFeed(), 1001);
+    int reads = 0;
+    afterRead = [&reads] { ++reads; };
+    QCOMPARE(options.getFeed(), 1001);
+    QCOMPARE(reads, readings);
 }
 
 QTEST_APPLESS_MAIN(TestCoarseTimes)

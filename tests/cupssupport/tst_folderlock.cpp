@@ -1,5 +1,7 @@
 // The folder's lock goes to processes in the order of their coming, and a hung one costs a wait.
+#include "folderfiles.h"
 #include "folderlock.h"
+#include "optionsfolder.h"
 
 #include <QtTest/QtTest>
 
@@ -9,7 +11,9 @@
 #include <csignal>
 #include <fcntl.h>
 #include <functional>
+#include <limits>
 #include <memory>
+#include <optional>
 #include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
@@ -82,14 +86,11 @@ public:
                 pause();
         })
     {
+        // Or reading would not end when the process failed.
+        m_word.close(1);
         char word = 0;
         if (read(m_word[0], &word, 1) != 1)
             qFatal("no lock to begin with");
-    }
-    ~Holder()
-    {
-        close(m_word[0]);
-        close(m_word[1]);
     }
 
 private:
@@ -101,11 +102,44 @@ private:
             if (pipe2(ends, O_CLOEXEC) != 0)
                 qFatal("no pipe");
         }
+        ~Pipe()
+        {
+            close(0);
+            close(1);
+        }
         int operator[](int end) const { return ends[end]; }
+        void close(int end)
+        {
+            if (ends[end] >= 0)
+                ::close(ends[end]);
+            ends[end] = -1;
+        }
         int ends[2] = {-1, -1};
     };
-    const Pipe m_word;
+    Pipe m_word;
     const Worker m_process;
+};
+
+/// What another program may do to the folder, or a process that is stopped while it waits: a lock on \a count
+/// bytes from \a begin on, all when that is 0. As another process's, since it belongs to this opening.
+class ForeignLock
+{
+public:
+    ForeignLock(const QString &path, off_t begin, off_t count)
+        : m_folder(open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    {
+        struct flock lock = {};
+        lock.l_type = F_RDLCK;
+        lock.l_start = begin;
+        lock.l_len = count;
+        if (fcntl(m_folder, F_OFD_SETLK, &lock) != 0)
+            qFatal("no foreign lock");
+    }
+    ~ForeignLock() { close(m_folder); }
+
+private:
+    Q_DISABLE_COPY(ForeignLock)
+    const int m_folder;
 };
 
 /// Whether some process waits with \a number.
@@ -131,7 +165,13 @@ private Q_SLOTS:
     void processesGetItInTheOrderOfTheirComing();
     void busyProcessDoesNotKeepTheOthersOut();
     void hungHolderCostsThePatience();
-    void hungWaiterCostsHalfThePatience();
+    void hungWaiterCostsLittleEachTime();
+    void hungWaiterCostsHalfOfAShortPatience();
+    void foreignLockEndsTheOrderAndNothingElse_data();
+    void foreignLockEndsTheOrderAndNothingElse();
+    void foreignLockAmongWaitersHoldsNobodyUp();
+    void endedLockIsNotKeptByAForkedChild_data();
+    void endedLockIsNotKeptByAForkedChild();
     void killedHolderAndWaiterCostNothing();
     void patienceIsShortAfterAWaitInVain();
 
@@ -156,11 +196,11 @@ void TestFolderLock::processesGetItInTheOrderOfTheirComing()
             QTRY_VERIFY(isWaiting(path, number));
         }
     }
+    close(pipe[1]);
     QByteArray order(5, ' ');
     for (int i = 0; i < order.size(); ++i)
         QCOMPARE(read(pipe[0], order.data() + i, 1), ssize_t(1));
     close(pipe[0]);
-    close(pipe[1]);
     QCOMPARE(order, QByteArray("\0\1\2\3\4", 5));
 }
 
@@ -209,7 +249,7 @@ void TestFolderLock::hungHolderCostsThePatience()
     QCOMPARE(FolderLock::reasonOf(EWOULDBLOCK), QStringLiteral("another process holds it"));
 }
 
-void TestFolderLock::hungWaiterCostsHalfThePatience()
+void TestFolderLock::hungWaiterCostsLittleEachTime()
 {
     const QString path = m_folder.path();
     auto holder = std::make_unique<Holder>(path);
@@ -219,9 +259,87 @@ void TestFolderLock::hungWaiterCostsHalfThePatience()
     holder.reset();
     QElapsedTimer timer;
     timer.start();
-    QCOMPARE(Locked(path, 1000).error(), 0);
-    QVERIFY(timer.elapsed() >= 400);
-    QVERIFY(timer.elapsed() < 1000);
+    for (int i = 0; i < 5; ++i)
+        QCOMPARE(Locked(path, 1500).error(), 0);
+    // It has its turn first, if it wakes up.
+    QVERIFY(timer.elapsed() >= 5 * 50);
+    QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void TestFolderLock::hungWaiterCostsHalfOfAShortPatience()
+{
+    const ForeignLock waiter(m_folder.path(), 0, 1);
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(Locked(m_folder.path(), 20).error(), 0);
+    QVERIFY(timer.elapsed() >= 10);
+    QCOMPARE(Locked(m_folder.path(), 0).error(), 0);
+}
+
+void TestFolderLock::foreignLockEndsTheOrderAndNothingElse_data()
+{
+    constexpr off_t last = std::numeric_limits<off_t>::max();
+    QTest::addColumn<qint64>("begin");
+    QTest::addColumn<qint64>("count");
+    QTest::newRow("everything") << qint64(0) << qint64(0);
+    QTest::newRow("two bytes") << qint64(0) << qint64(2);
+    QTest::newRow("later bytes") << qint64(5) << qint64(7);
+    QTest::newRow("the last byte") << qint64(last) << qint64(1);
+}
+
+void TestFolderLock::foreignLockEndsTheOrderAndNothingElse()
+{
+    QFETCH(qint64, begin);
+    QFETCH(qint64, count);
+    const ForeignLock foreign(m_folder.path(), begin, count);
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(Locked(m_folder.path(), 1500).error(), 0);
+    QVERIFY2(timer.elapsed() < 500, qPrintable(QString::number(timer.elapsed())));
+    const Holder holder(m_folder.path());
+    timer.start();
+    QCOMPARE(Locked(m_folder.path(), 100).error(), EWOULDBLOCK);
+    QVERIFY(timer.elapsed() >= 100);
+    QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void TestFolderLock::foreignLockAmongWaitersHoldsNobodyUp()
+{
+    const QString path = m_folder.path();
+    auto holder = std::make_unique<Holder>(path);
+    Worker first([path] { const Locked lock(path, longPatience); });
+    QTRY_VERIFY(isWaiting(path, 0));
+    const ForeignLock foreign(path, 0, 0);
+    first.stop();
+    holder.reset();
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(Locked(path, 1500).error(), 0);
+    QVERIFY2(timer.elapsed() < 500, qPrintable(QString::number(timer.elapsed())));
+}
+
+void TestFolderLock::endedLockIsNotKeptByAForkedChild_data()
+{
+    QTest::addColumn<bool>("isOfPresets");
+    QTest::newRow("options") << false;
+    QTest::newRow("presets") << true;
+}
+
+void TestFolderLock::endedLockIsNotKeptByAForkedChild()
+{
+    QFETCH(bool, isOfPresets);
+    const QString path = m_folder.path();
+    std::optional<OptionsFolder> options;
+    std::optional<FolderFiles> presets;
+    if (isOfPresets)
+        presets.emplace(path, FolderFiles::Opening::Locked, longPatience);
+    else
+        options.emplace(QFile::encodeName(path), longPatience);
+    const Worker child([] { pause(); });
+    QCOMPARE(Locked(path, 0).error(), EWOULDBLOCK);
+    presets.reset();
+    options.reset();
+    QCOMPARE(Locked(path, 0).error(), 0);
 }
 
 void TestFolderLock::killedHolderAndWaiterCostNothing()

@@ -3,10 +3,12 @@
 #include "diskcalls.h"
 #include "filebytes.h"
 #include "messagelog.h"
+#include "openfilelimit.h"
 #include "optionshome.h"
 
 #include <QtTest/QtTest>
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -62,6 +64,8 @@ private Q_SLOTS:
     void everythingElseStaysByteForByte();
     void folderAndFileAreMadeWithTheirModes();
     void modeAndOwnerStay();
+    void ownerOutOfReachDoesNotStopAChange_data();
+    void ownerOutOfReachDoesNotStopAChange();
     void sameValueWritesNothing();
     void foreignFormOfTheSameValueIsPutRight();
     void linkIsFollowed();
@@ -75,6 +79,8 @@ private Q_SLOTS:
     void folderInTheNewFilesPlaceIsNamed();
     void fileThatIsNoneIsLeftAlone_data();
     void fileThatIsNoneIsLeftAlone();
+    void passingFailureIsNotKept();
+    void fileSystemWithoutLocksIsReadAndNotWritten();
     void heldFolderCostsOneWait();
     void noDescriptorStaysOpen();
 };
@@ -121,6 +127,34 @@ void TestOptionsFile::modeAndOwnerStay()
     QCOMPARE(modeOf(home.userFile()), mode_t(0660));
     QCOMPARE(stateOf(home.userFile()).st_uid, isRoot ? uid_t(1234) : geteuid());
     QVERIFY(!isRoot || stateOf(home.userFile()).st_gid == 2345);
+}
+
+void TestOptionsFile::ownerOutOfReachDoesNotStopAChange_data()
+{
+    QTest::addColumn<int>("error");
+    QTest::addColumn<QByteArray>("after");
+    const QByteArray changed("Dest BrackenXL CutMedia=1\n");
+    QTest::newRow("not allowed") << EPERM << changed;
+    QTest::newRow("not in the user namespace") << EINVAL << changed;
+    QTest::newRow("no owners") << ENOSYS << changed;
+    QTest::newRow("bad disk") << EIO << QByteArray("Dest BrackenXL CutMedia=0\n");
+}
+
+void TestOptionsFile::ownerOutOfReachDoesNotStopAChange()
+{
+    QFETCH(int, error);
+    QFETCH(QByteArray, after);
+    if (geteuid() != 0)
+        QSKIP("only root can make a file of another owner");
+    const OptionsHome home;
+    QVERIFY(home.write("Dest BrackenXL CutMedia=0\n"));
+    QCOMPARE(chown(QFile::encodeName(home.userFile()).constData(), 1234, 2345), 0);
+    const DiskCalls::Refusal refusal(DiskCalls::Call::ChangeOwner, error);
+    const MessageLog log;
+    CupsSupport options;
+    options.setCut(1);
+    QCOMPARE(home.text(), after);
+    QCOMPARE(log.texts().size(), error == EIO ? 1 : 0);
 }
 
 void TestOptionsFile::sameValueWritesNothing()
@@ -335,6 +369,36 @@ void TestOptionsFile::fileThatIsNoneIsLeftAlone()
              qPrintable(log.texts().constFirst()));
     QCOMPARE(stateOf(home.userFile()).st_ino, before.st_ino);
     QCOMPARE(stateOf(home.userFile()).st_size, before.st_size);
+}
+
+void TestOptionsFile::passingFailureIsNotKept()
+{
+    const OptionsHome home;
+    QVERIFY(home.write("Dest BrackenXL Feed=Custom.3\n"));
+    // Long enough for the file's times to tell it from the next one.
+    QTest::qSleep(100);
+    const CupsSupport options;
+    {
+        const OpenFileLimit limit(0);
+        QCOMPARE(options.getFeed(), 0);
+    }
+    QCOMPARE(options.getFeed(), 3);
+}
+
+void TestOptionsFile::fileSystemWithoutLocksIsReadAndNotWritten()
+{
+    const OptionsHome home;
+    QVERIFY(home.write("Dest BrackenXL Feed=Custom.3\n"));
+    const DiskCalls::Refusal refusal(DiskCalls::Call::Lock, ENOLCK);
+    const MessageLog log;
+    CupsSupport options;
+    QCOMPARE(options.getFeed(), 3);
+    options.setFeed(4);
+    options.setFeed(5);
+    QCOMPARE(options.getFeed(), 3);
+    QCOMPARE(log.texts(),
+             QStringList{QStringLiteral("printer options cannot be written to %1: No locks available")
+                             .arg(home.userFile())});
 }
 
 void TestOptionsFile::heldFolderCostsOneWait()

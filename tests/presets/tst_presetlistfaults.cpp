@@ -1,6 +1,7 @@
 // What happens to the presets when processes are killed, write at the same time, hang, or find no room.
 #include "diskcalls.h"
 #include "messagelog.h"
+#include "openfilelimit.h"
 #include "presethome.h"
 #include "presetlist.h"
 #include "smalldisk.h"
@@ -160,6 +161,10 @@ private Q_SLOTS:
     void aFileThatDoesNotFitIsLoggedOnceAndLosesNothing();
     void aReadOnlyHomeIsLoggedOnceAndLosesNothing();
     void aHungProcessHidesNoPresetAndLosesNothing();
+    void aFileSystemWithoutLocksIsReadAndNotWritten_data();
+    void aFileSystemWithoutLocksIsReadAndNotWritten();
+    void nothingIsRenamedWithoutTheLock();
+    void tooManyOpenFilesAreNamed();
     void anUnreadableFileStaysInTheList();
     void whatAKilledProcessLeftIsNoObstacle();
     void aFolderInTheNewFilesPlaceIsNamed();
@@ -419,6 +424,77 @@ void TestPresetListFaults::aHungProcessHidesNoPresetAndLosesNothing()
     close(holder);
     list.save({});
     QCOMPARE(PresetList(model, true).getUserPresetNames().size(), 2);
+}
+
+void TestPresetListFaults::aFileSystemWithoutLocksIsReadAndNotWritten_data()
+{
+    QTest::addColumn<int>("error");
+    QTest::newRow("no room for locks") << ENOLCK;
+    QTest::newRow("not supported") << EOPNOTSUPP;
+    QTest::newRow("no such call") << ENOSYS;
+}
+
+void TestPresetListFaults::aFileSystemWithoutLocksIsReadAndNotWritten()
+{
+    QFETCH(int, error);
+    PresetList list(model, true);
+    addPreset(&list, QStringLiteral("Shoes"));
+    const QStringList before = m_home->names();
+    const MessageLog log;
+    {
+        const DiskCalls::Refusal refusal(DiskCalls::Call::Lock, error);
+        PresetList read(model, true);
+        QCOMPARE(read.getUserPresetNames(), QStringList{QStringLiteral("Shoes")});
+        QCOMPARE(log.texts(), QStringList());
+        addPreset(&list, QStringLiteral("Boxes"));
+    }
+    QCOMPARE(m_home->names(), before);
+    QCOMPARE(log.texts(),
+             QStringList{QStringLiteral("PresetList: cannot write to %1: %2. The presets in the list are "
+                                        "written as soon as that is possible again.")
+                             .arg(m_home->folder(), qt_error_string(error))});
+    list.save({});
+    QCOMPARE(PresetList(model, true).getUserPresetNames(),
+             QStringList({QStringLiteral("Shoes"), QStringLiteral("Boxes")}));
+}
+
+void TestPresetListFaults::nothingIsRenamedWithoutTheLock()
+{
+    PresetList list(model, true);
+    addPreset(&list, QStringLiteral("Shoes"));
+    QVERIFY(m_home->write("Damaged_p", "damaged") && m_home->write("BrackenXL.list", "damaged"));
+    const QStringList before = m_home->names();
+    const MessageLog log;
+    {
+        const DiskCalls::Refusal refusal(DiskCalls::Call::Lock, ENOLCK);
+        QCOMPARE(PresetList(model, true).getUserPresetNames(), QStringList{QStringLiteral("Shoes")});
+    }
+    QCOMPARE(m_home->names(), before);
+    QCOMPARE(
+        log.texts(),
+        QStringList(
+            {QStringLiteral("PresetList: %1Damaged_p is damaged or no preset.").arg(m_home->folder()),
+             QStringLiteral("PresetList: %1BrackenXL.list is damaged or no preset.").arg(m_home->folder())}));
+    QCOMPARE(PresetList(model, true).getUserPresetNames(), QStringList{QStringLiteral("Shoes")});
+    QCOMPARE(m_home->names().filter(QStringLiteral(".damaged")).size(), 2);
+}
+
+void TestPresetListFaults::tooManyOpenFilesAreNamed()
+{
+    PresetList list(model, true);
+    addPreset(&list, QStringLiteral("Shoes"));
+    const MessageLog log;
+    {
+        // For the folder, and none to read it.
+        const OpenFileLimit limit(1);
+        addPreset(&list, QStringLiteral("Boxes"));
+    }
+    QCOMPARE(log.texts().size(), 1);
+    QVERIFY2(log.texts().at(0).contains(QLatin1String(": Too many open files.")),
+             qPrintable(log.texts().at(0)));
+    list.save({});
+    QCOMPARE(PresetList(model, true).getUserPresetNames(),
+             QStringList({QStringLiteral("Shoes"), QStringLiteral("Boxes")}));
 }
 
 void TestPresetListFaults::anUnreadableFileStaysInTheList()

@@ -3,8 +3,12 @@
 
 #include <QtCore/QFile>
 
+#include <array>
+#include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <functional>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -14,11 +18,21 @@ namespace {
 bool isSyncDone = true;
 bool isRecording = false;
 QStringList recorded;
+std::array<int, 2> refusals{};
 
 void note(int result, const QString &step)
 {
     if (result == 0)
         recorded.append(step);
+}
+
+long unlessRefused(DiskCalls::Call call, const std::function<long()> &work)
+{
+    const int error = refusals.at(size_t(call));
+    if (error == 0)
+        return work();
+    errno = error;
+    return -1;
 }
 
 QString renaming(const char *from, const char *to)
@@ -64,9 +78,31 @@ ZB_EXPORTED int renameat2(int fromFolder, const char *from, int toFolder, const 
     return result;
 }
 
+ZB_EXPORTED int flock(int file, int operation) noexcept
+{
+    return int(unlessRefused(DiskCalls::Call::Lock, [=] { return syscall(SYS_flock, file, operation); }));
+}
+
+ZB_EXPORTED int fchown(int file, uid_t user, gid_t group) noexcept
+{
+    return int(
+        unlessRefused(DiskCalls::Call::ChangeOwner, [=] { return syscall(SYS_fchown, file, user, group); }));
+}
+
 void DiskCalls::setSyncing(bool isSyncing)
 {
     isSyncDone = isSyncing;
+}
+
+DiskCalls::Refusal::Refusal(Call call, int error)
+    : m_call(call)
+{
+    refusals.at(size_t(m_call)) = error;
+}
+
+DiskCalls::Refusal::~Refusal()
+{
+    refusals.at(size_t(m_call)) = 0;
 }
 
 DiskCalls::Record::Record()
