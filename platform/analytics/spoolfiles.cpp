@@ -2,6 +2,7 @@
 #include "spoolfiles.h"
 
 #include "spooltrimming.h"
+#include "wholefile.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -47,20 +48,6 @@ int sizeOfSpool(const FileDescriptor &file, qint64 *size)
     return 0;
 }
 
-int writeAll(int file, const QByteArray &text)
-{
-    int written = 0;
-    while (written < text.size()) {
-        const ssize_t count = write(file, text.constData() + written, size_t(text.size() - written));
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return count < 0 ? errno : ENOSPC;
-        written += int(count);
-    }
-    return 0;
-}
-
 int readAll(int file, qint64 from, QByteArray *text)
 {
     int done = 0;
@@ -82,7 +69,7 @@ int readAll(int file, qint64 from, QByteArray *text)
 // A disk that is full in the middle of the line must not leave half of it behind.
 int appendWhole(int file, const QByteArray &text, qint64 size)
 {
-    const int error = writeAll(file, text);
+    const int error = writeBytes(file, text);
     if (error != 0) {
         // When this fails as well, the next line still begins on a line of its own.
         [[maybe_unused]] const int undone = ftruncate(file, off_t(size));
@@ -110,7 +97,7 @@ int replaceSpool(int folder, const QByteArray &text)
     unlinkat(folder, replacementName, 0);
     const FileDescriptor file(
         openat(folder, replacementName, O_WRONLY | O_CREAT | O_EXCL | neverElsewhere, 0600));
-    int error = file.error() != 0 ? file.error() : writeAll(file.get(), text);
+    int error = file.error() != 0 ? file.error() : writeBytes(file.get(), text);
     if (error == 0 && renameat(folder, replacementName, folder, spoolName) != 0)
         error = errno;
     if (error != 0)

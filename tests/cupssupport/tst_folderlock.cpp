@@ -1,6 +1,7 @@
 // The folder's lock goes to processes in the order of their coming, and a hung one costs a wait.
 #include "folderfiles.h"
 #include "folderlock.h"
+#include "forkedworker.h"
 #include "optionsfolder.h"
 
 #include <QtTest/QtTest>
@@ -10,50 +11,17 @@
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
-#include <functional>
 #include <limits>
 #include <memory>
 #include <optional>
 #include <sys/file.h>
 #include <sys/mman.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
 namespace {
 
 constexpr int longPatience = 20000;
-
-/// A process that does \a work until it ends or is killed with this object.
-class Worker
-{
-public:
-    explicit Worker(const std::function<void()> &work)
-        : m_process(fork())
-    {
-        if (m_process != 0)
-            return;
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        work();
-        _exit(0);
-    }
-    ~Worker()
-    {
-        kill(m_process, SIGKILL);
-        waitpid(m_process, nullptr, 0);
-    }
-
-    void stop()
-    {
-        kill(m_process, SIGSTOP);
-        waitpid(m_process, nullptr, WUNTRACED);
-    }
-
-private:
-    Q_DISABLE_COPY(Worker)
-    pid_t m_process;
-};
 
 /// The folder, open and locked as one process has it.
 class Locked
@@ -117,7 +85,7 @@ private:
         int ends[2] = {-1, -1};
     };
     Pipe m_word;
-    const Worker m_process;
+    const ForkedWorker m_process;
 };
 
 /// What another program may do to the folder, or a process that is stopped while it waits: a lock on \a count
@@ -184,11 +152,11 @@ void TestFolderLock::processesGetItInTheOrderOfTheirComing()
     const QString path = m_folder.path();
     int pipe[2] = {-1, -1};
     QCOMPARE(pipe2(pipe, O_CLOEXEC), 0);
-    std::vector<std::unique_ptr<Worker>> workers;
+    std::vector<std::unique_ptr<ForkedWorker>> workers;
     {
         const Holder holder(path);
         for (char number = 0; number < 5; ++number) {
-            workers.push_back(std::make_unique<Worker>([path, number, &pipe] {
+            workers.push_back(std::make_unique<ForkedWorker>([path, number, &pipe] {
                 const Locked lock(path, longPatience);
                 if (lock.error() != 0 || write(pipe[1], &number, 1) != 1)
                     _exit(1);
@@ -213,7 +181,7 @@ void TestFolderLock::busyProcessDoesNotKeepTheOthersOut()
     auto *const turns = new (memory) std::atomic<int>(0);
     QVector<int> overtakings;
     {
-        const Worker busy([path, turns] {
+        const ForkedWorker busy([path, turns] {
             for (;;) {
                 const Locked lock(path, longPatience);
                 if (lock.error() != 0)
@@ -253,7 +221,7 @@ void TestFolderLock::hungWaiterCostsLittleEachTime()
 {
     const QString path = m_folder.path();
     auto holder = std::make_unique<Holder>(path);
-    Worker waiter([path] { const Locked lock(path, longPatience); });
+    ForkedWorker waiter([path] { const Locked lock(path, longPatience); });
     QTRY_VERIFY(isWaiting(path, 0));
     waiter.stop();
     holder.reset();
@@ -307,7 +275,7 @@ void TestFolderLock::foreignLockAmongWaitersHoldsNobodyUp()
 {
     const QString path = m_folder.path();
     auto holder = std::make_unique<Holder>(path);
-    Worker first([path] { const Locked lock(path, longPatience); });
+    ForkedWorker first([path] { const Locked lock(path, longPatience); });
     QTRY_VERIFY(isWaiting(path, 0));
     const ForeignLock foreign(path, 0, 0);
     first.stop();
@@ -335,7 +303,7 @@ void TestFolderLock::endedLockIsNotKeptByAForkedChild()
         presets.emplace(path, FolderFiles::Opening::Locked, longPatience);
     else
         options.emplace(QFile::encodeName(path), longPatience);
-    const Worker child([] { pause(); });
+    const ForkedWorker child([] { pause(); });
     QCOMPARE(Locked(path, 0).error(), EWOULDBLOCK);
     presets.reset();
     options.reset();
@@ -347,7 +315,7 @@ void TestFolderLock::killedHolderAndWaiterCostNothing()
     const QString path = m_folder.path();
     {
         const Holder holder(path);
-        const Worker waiter([path] { const Locked lock(path, longPatience); });
+        const ForkedWorker waiter([path] { const Locked lock(path, longPatience); });
         QTRY_VERIFY(isWaiting(path, 0));
     }
     QVERIFY(!isWaiting(path, 0));

@@ -4,66 +4,20 @@
 // time.
 #include "cupssupport.h"
 #include "diskcalls.h"
+#include "forkedworker.h"
 #include "optionshome.h"
 
 #include <QtTest/QtTest>
 
 #include <csignal>
 #include <fcntl.h>
-#include <functional>
 #include <random>
-#include <sys/prctl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 
 const QByteArray start = QByteArrayLiteral("# mine\nDest Ghost Feed=Custom.9\nDest BrackenXL ");
 const QByteArray end = QByteArrayLiteral(" Keep='as it is'\nDest BrackenXL/draft Feed=Custom.8\n");
-
-/// A process that does \a work and ends, or is killed with this object.
-class Worker
-{
-public:
-    explicit Worker(const std::function<void()> &work)
-        : m_process(fork())
-    {
-        if (m_process != 0)
-            return;
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        work();
-        _exit(0);
-    }
-    ~Worker() { kill(); }
-
-    /// Whether it ended by itself.
-    bool wait()
-    {
-        int status = -1;
-        const pid_t process = m_process;
-        m_process = -1;
-        return process > 0 && waitpid(process, &status, 0) == process && WIFEXITED(status)
-            && WEXITSTATUS(status) == 0;
-    }
-    bool isRunning() const
-    {
-        siginfo_t information = {};
-        return waitid(P_PID, id_t(m_process), &information, WEXITED | WNOHANG | WNOWAIT) == 0
-            && information.si_pid == 0;
-    }
-    void kill()
-    {
-        if (m_process <= 0)
-            return;
-        ::kill(m_process, SIGKILL);
-        waitpid(m_process, nullptr, 0);
-        m_process = -1;
-    }
-
-private:
-    Q_DISABLE_COPY(Worker)
-    pid_t m_process;
-};
 
 /// The number that the process wrote last into the pipe \a file, which has only whole numbers, after \a
 /// number.
@@ -132,7 +86,7 @@ void TestManyHands::killedWriterLeavesTheOldOrTheNewFile()
         QCOMPARE(pipe2(pipe, O_CLOEXEC), 0);
         int reported = 0;
         {
-            Worker worker([last, &pipe] {
+            ForkedWorker worker([last, &pipe] {
                 DiskCalls::setSyncing(false);
                 CupsSupport options;
                 for (int number = last; number < last + 100000; ++number) {
@@ -168,7 +122,7 @@ void TestManyHands::twoProcessesLoseNothing()
     constexpr int count = 1000;
     const OptionsHome home;
     QVERIFY(home.write(start + "Dithering=65 Feed=0 Stop=0" + end));
-    Worker feeder([] {
+    ForkedWorker feeder([] {
         DiskCalls::setSyncing(false);
         CupsSupport options;
         for (int value = 1; value <= count; ++value) {
@@ -177,7 +131,7 @@ void TestManyHands::twoProcessesLoseNothing()
                 _exit(1);
         }
     });
-    Worker stopper([] {
+    ForkedWorker stopper([] {
         DiskCalls::setSyncing(false);
         CupsSupport options;
         for (int value = 1; value <= count; ++value) {
@@ -194,8 +148,8 @@ void TestManyHands::twoProcessesLoseNothing()
         feed = next;
         QCOMPARE(reader.getDithering(), 65);
     }
-    QVERIFY(feeder.wait());
-    QVERIFY(stopper.wait());
+    QVERIFY(feeder.finish() == 0);
+    QVERIFY(stopper.finish() == 0);
     QCOMPARE(home.text(), start + "Dithering=65 Feed=Custom.1000 Stop=Custom.-1000" + end);
 }
 

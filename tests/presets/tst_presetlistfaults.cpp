@@ -1,5 +1,6 @@
 // What happens to the presets when processes are killed, write at the same time, hang, or find no room.
 #include "diskcalls.h"
+#include "forkedworker.h"
 #include "messagelog.h"
 #include "openfilelimit.h"
 #include "presethome.h"
@@ -14,10 +15,8 @@
 #include <memory>
 #include <random>
 #include <sys/file.h>
-#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -51,44 +50,6 @@ void deletePreset(PresetList *list, const QString &name)
     list->setCurrentPreset(list->findPreset(next));
     list->save(list->getPredefinedPresetNames());
 }
-
-// A copy of this process that does one thing and ends. It does not outlive the test.
-class Fork
-{
-public:
-    explicit Fork(const std::function<int()> &work)
-    {
-        m_process = fork();
-        if (m_process != 0)
-            return;
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        _exit(work());
-    }
-    ~Fork()
-    {
-        if (m_process > 0)
-            kill();
-    }
-
-    void kill()
-    {
-        ::kill(m_process, SIGKILL);
-        finish();
-    }
-
-    /// Its exit status, -1 when it was killed.
-    int finish()
-    {
-        int status = 0;
-        while (waitpid(m_process, &status, 0) < 0 && errno == EINTR) { }
-        m_process = -1;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
-private:
-    Q_DISABLE_COPY(Fork)
-    pid_t m_process = -1;
-};
 
 // The largest file that this process may write, while the object lives; a full disk looks the same to
 // write(2).
@@ -220,7 +181,7 @@ void TestPresetListFaults::killsLoseNothing()
         // Each number is told when its preset is on the disk and the one before it is gone.
         int told[2] = {};
         QCOMPARE(pipe2(told, O_CLOEXEC), 0);
-        Fork writer([&told, done] {
+        ForkedWorker writer([&told, done] {
             PresetList own(model, true);
             for (int i = done;; ++i) {
                 addPreset(&own, QString::number(i));
@@ -290,8 +251,8 @@ void TestPresetListFaults::twoProcessesLoseNothing()
             return 0;
         };
     };
-    Fork one(work(QStringLiteral("one")));
-    Fork two(work(QStringLiteral("two")));
+    ForkedWorker one(work(QStringLiteral("one")));
+    ForkedWorker two(work(QStringLiteral("two")));
     close(start[0]);
     close(start[1]);
     QCOMPARE(one.finish(), 0);
@@ -312,7 +273,7 @@ void TestPresetListFaults::twoProcessesLoseNothing()
 
 void TestPresetListFaults::aFullDiskIsLoggedOnceAndLosesNothing()
 {
-    Fork process([this] {
+    ForkedWorker process([this] {
         if (!SmallDisk::mountOn(m_home->path().toLocal8Bit()))
             return notAllowed;
         PresetList list(model, true);
