@@ -1,6 +1,8 @@
 // The spool under everything that happens to it: many writers, killed writers, a held lock, a full disk,
 // foreign files in the way, and its bounds.
 #include "analyticsspool.h"
+#include "filesizelimit.h"
+#include "ordinaryuser.h"
 #include "spooltestsupport.h"
 #include "writerprocess.h"
 
@@ -13,7 +15,6 @@
 #include <algorithm>
 #include <csignal>
 #include <memory>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -46,56 +47,6 @@ public:
 
 private:
     QProcess m_process;
-};
-
-// The largest file that this process may write, while the object lives; a full disk looks the same to
-// write(2).
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        m_handler = signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit now{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &now);
-    }
-
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        signal(SIGXFSZ, m_handler);
-    }
-
-private:
-    Q_DISABLE_COPY(FileSizeLimit)
-    sighandler_t m_handler;
-    rlimit m_before = {};
-};
-
-// Permission bits do not stop root. While it lives, root acts as a user without rights who owns the folder.
-class OrdinaryUser
-{
-public:
-    explicit OrdinaryUser(const QString &folder)
-    {
-        constexpr uid_t nobody = 65534;
-        if (m_before == 0 && chown(QFile::encodeName(folder).constData(), nobody, gid_t(-1)) == 0)
-            m_changed = seteuid(nobody) == 0;
-    }
-
-    ~OrdinaryUser()
-    {
-        if (m_changed && seteuid(m_before) != 0)
-            qFatal("cannot become root again");
-    }
-
-    bool isOrdinary() const { return geteuid() != 0; }
-
-private:
-    Q_DISABLE_COPY(OrdinaryUser)
-    const uid_t m_before = geteuid();
-    bool m_changed = false;
 };
 
 } // namespace
@@ -547,7 +498,7 @@ void TestAnalyticsSpool::whatStandsInTheWayIsLoggedOnceAndHarmsNothing()
 
 void TestAnalyticsSpool::aFolderWithoutWritePermissionIsLoggedOnce()
 {
-    const OrdinaryUser user(m_home->path());
+    const OrdinaryUser user({m_home->path()});
     if (!user.isOrdinary())
         QSKIP("This process may not act as an ordinary user.");
     QVERIFY(QFile::setPermissions(m_home->path(), QFileDevice::ReadOwner | QFileDevice::ExeOwner));

@@ -3,6 +3,7 @@
 #include "messagelog.h"
 #include "presethome.h"
 #include "presetlist.h"
+#include "texts.h"
 
 #include <QtTest/QtTest>
 
@@ -18,14 +19,6 @@ const QStringList predefinedNames{QStringLiteral("<Current Settings>"), QStringL
 QString text(const char *utf8)
 {
     return QString::fromUtf8(utf8);
-}
-
-QStringList texts(std::initializer_list<const char *> all)
-{
-    QStringList result;
-    for (const char *each : all)
-        result.append(text(each));
-    return result;
 }
 
 QStringList feed(const char *value)

@@ -1,8 +1,10 @@
 // What happens to the presets when processes are killed, write at the same time, hang, or find no room.
 #include "diskcalls.h"
+#include "filesizelimit.h"
 #include "forkedworker.h"
 #include "messagelog.h"
 #include "openfilelimit.h"
+#include "ordinaryuser.h"
 #include "presethome.h"
 #include "presetlist.h"
 #include "smalldisk.h"
@@ -15,7 +17,6 @@
 #include <memory>
 #include <random>
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -51,59 +52,14 @@ void deletePreset(PresetList *list, const QString &name)
     list->save(list->getPredefinedPresetNames());
 }
 
-// The largest file that this process may write, while the object lives; a full disk looks the same to
-// write(2).
-class FileSizeLimit
+/// The folders and files of a home, which whoever shall be refused there has to own.
+QStringList everythingIn(const PresetHome &home)
 {
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        m_handler = signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit now{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &now);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        signal(SIGXFSZ, m_handler);
-    }
-
-private:
-    Q_DISABLE_COPY(FileSizeLimit)
-    sighandler_t m_handler;
-    rlimit m_before = {};
-};
-
-// Permission bits do not stop root. While it lives, root acts as a user without rights who owns the home.
-class OrdinaryUser
-{
-public:
-    explicit OrdinaryUser(const PresetHome &home)
-    {
-        constexpr uid_t nobody = 65534;
-        bool isOwner = m_before == 0;
-        QStringList paths{home.path(), home.path() + QStringLiteral("/.cups"), home.folder()};
-        for (const QString &name : home.names())
-            paths.append(home.folder() + name);
-        for (const QString &path : qAsConst(paths))
-            isOwner = isOwner && chown(QFile::encodeName(path).constData(), nobody, gid_t(-1)) == 0;
-        if (isOwner)
-            m_changed = seteuid(nobody) == 0;
-    }
-    ~OrdinaryUser()
-    {
-        if (m_changed && seteuid(m_before) != 0)
-            qFatal("cannot become root again");
-    }
-
-    bool isOrdinary() const { return geteuid() != 0; }
-
-private:
-    Q_DISABLE_COPY(OrdinaryUser)
-    const uid_t m_before = geteuid();
-    bool m_changed = false;
-};
+    QStringList paths{home.path(), home.path() + QStringLiteral("/.cups"), home.folder()};
+    for (const QString &name : home.names())
+        paths.append(home.folder() + name);
+    return paths;
+}
 
 } // namespace
 
@@ -336,7 +292,7 @@ void TestPresetListFaults::aReadOnlyHomeIsLoggedOnceAndLosesNothing()
     QVERIFY(m_home->write("Damaged_p", "damaged"));
     const QStringList before = m_home->names();
     const QByteArray order = m_home->content("BrackenXL.list");
-    const OrdinaryUser user(*m_home);
+    const OrdinaryUser user(everythingIn(*m_home));
     if (!user.isOrdinary())
         QSKIP("This process may not act as an ordinary user.");
     QVERIFY(QFile::setPermissions(m_home->folder(), QFileDevice::ReadOwner | QFileDevice::ExeOwner));
@@ -462,7 +418,7 @@ void TestPresetListFaults::anUnreadableFileStaysInTheList()
 {
     PresetList list(model, true);
     addPreset(&list, QStringLiteral("Shoes"));
-    const OrdinaryUser user(*m_home);
+    const OrdinaryUser user(everythingIn(*m_home));
     if (!user.isOrdinary())
         QSKIP("This process may not act as an ordinary user.");
     const QByteArray path = QFile::encodeName(m_home->folder() + QStringLiteral("Shoes_p"));

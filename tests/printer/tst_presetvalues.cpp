@@ -1,17 +1,10 @@
 // What the keys and values of a preset come to, row by row, without any library.
 #include "printeroptionrows.h"
+#include "texts.h"
 
 #include <QtTest/QtTest>
 
 namespace {
-
-QStringList texts(std::initializer_list<const char *> list)
-{
-    QStringList result;
-    for (const char *const text : list)
-        result.append(QString::fromUtf8(text));
-    return result;
-}
 
 PrinterValues valuesOf(const QStringList &options)
 {

@@ -3,6 +3,7 @@
 #include "emissionrecorder.h"
 #include "messagelog.h"
 #include "recordingprinterlibraries.h"
+#include "texts.h"
 #include "zbsettingsprinter.h"
 
 #include <QtTest/QtTest>
@@ -29,14 +30,6 @@ int emissionsOfAnybody = 0;
 void countEmission(QObject *, int, void **)
 {
     ++emissionsOfAnybody;
-}
-
-QStringList texts(std::initializer_list<const char *> list)
-{
-    QStringList result;
-    for (const char *const text : list)
-        result.append(QString::fromUtf8(text));
-    return result;
 }
 
 /// All properties by name.

@@ -2,6 +2,7 @@
 #include "emissionrecorder.h"
 #include "messagelog.h"
 #include "recordingprinterlibraries.h"
+#include "texts.h"
 #include "zbsettingsprinter.h"
 
 #include <QtTest/QtTest>
@@ -11,14 +12,6 @@
 using namespace RecordingPrinterLibraries;
 
 namespace {
-
-QStringList texts(std::initializer_list<const char *> list)
-{
-    QStringList result;
-    for (const char *const text : list)
-        result.append(QString::fromUtf8(text));
-    return result;
-}
 
 const QString shoes = QStringLiteral("Shoes");
 

@@ -1,5 +1,6 @@
 // What ZBSettingsPrinter shows to QML, in its order, against literals.
 #include "metaobjecttext.h"
+#include "texts.h"
 #include "zbsettingsprinter.h"
 
 #include <QtCore/QMetaProperty>
@@ -40,14 +41,6 @@ constexpr Property properties[] = {
     {"r1Tension", "int"},
     {"r2Tension", "int"},
 };
-
-QStringList texts(std::initializer_list<const char *> list)
-{
-    QStringList result;
-    for (const char *const text : list)
-        result.append(QString::fromLatin1(text));
-    return result;
-}
 
 } // namespace
 

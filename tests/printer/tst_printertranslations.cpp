@@ -1,6 +1,7 @@
 // The names in another language: a translator that is installed before the object is made changes them, their
 // order and what the slots understand.
 #include "recordingprinterlibraries.h"
+#include "texts.h"
 #include "zbsettingsprinter.h"
 
 #include <QtCore/QTranslator>
@@ -36,14 +37,6 @@ private:
         {"QObject|Grayscale Ribbon%1|Grayscale method name", QStringLiteral("%1. Graustufen")},
     };
 };
-
-QStringList texts(std::initializer_list<const char *> list)
-{
-    QStringList result;
-    for (const char *const text : list)
-        result.append(QString::fromUtf8(text));
-    return result;
-}
 
 } // namespace
 

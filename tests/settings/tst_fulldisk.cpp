@@ -6,19 +6,15 @@
 // for it there.
 #include "childprocess.h"
 #include "settingsfile.h"
+#include "smalldisk.h"
 #include "zbsettingsmain.h"
 
 #include <QtTest/QtTest>
 
 #include <cstdio>
-#include <sched.h>
-#include <sys/mount.h>
-#include <sys/statvfs.h>
-#include <unistd.h>
 
 namespace {
 
-constexpr int diskKilobytes = 512;
 constexpr int notAllowed = 77;
 
 QByteArray manyKeys()
@@ -29,49 +25,13 @@ QByteArray manyKeys()
     return result;
 }
 
-bool writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
-}
-
-/// A new disk at \a folder that only this process and its children see.
-bool mountDisk(const QByteArray &folder)
-{
-    const uid_t user = getuid();
-    if (user != 0) {
-        const gid_t group = getgid();
-        if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0
-            || !writeFile(QStringLiteral("/proc/self/setgroups"), "deny")
-            || !writeFile(QStringLiteral("/proc/self/uid_map"), "0 " + QByteArray::number(user) + " 1")
-            || !writeFile(QStringLiteral("/proc/self/gid_map"), "0 " + QByteArray::number(group) + " 1"))
-            return false;
-    } else if (unshare(CLONE_NEWNS) != 0) {
-        return false;
-    }
-    const QByteArray options = "size=" + QByteArray::number(diskKilobytes) + "k,mode=0700";
-    return mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0
-        && mount("tmpfs", folder.constData(), "tmpfs", 0, options.constData()) == 0;
-}
-
-/// Fills the disk until \a kilobytes are free.
-bool fillDisk(const QString &folder, int kilobytes)
-{
-    struct statvfs disk = {};
-    if (statvfs(QFile::encodeName(folder).constData(), &disk) != 0)
-        return false;
-    const qint64 free = qint64(disk.f_bfree) * qint64(disk.f_frsize);
-    const qint64 fill = free - qint64(kilobytes) * 1024;
-    return fill >= 0 && writeFile(folder + QStringLiteral("/fill"), QByteArray(int(fill), 'x'));
-}
-
 /// What the process does on the disk; empty when all is as it should be.
 QString complaintOnDisk(int freeKilobytes, bool isWritten, const QByteArray &value)
 {
     const QByteArray content = manyKeys();
     const QByteArray contentWithUnits = content + "\n[locale]\nunits=" + value + '\n';
     const QString text = QString::fromLatin1(value);
-    if (!SettingsFile::write(content) || !fillDisk(SettingsFile::folder(), freeKilobytes))
+    if (!SettingsFile::write(content) || !SmallDisk::fill(SettingsFile::folder(), freeKilobytes))
         return QStringLiteral("the disk could not be filled");
 
     ZBSettingsMain settings(nullptr, false);
@@ -79,7 +39,7 @@ QString complaintOnDisk(int freeKilobytes, bool isWritten, const QByteArray &val
     if (SettingsFile::content() != (isWritten ? contentWithUnits : content))
         return QStringLiteral("on the full disk the file has %1 bytes").arg(SettingsFile::content().size());
 
-    QFile::remove(SettingsFile::folder() + QStringLiteral("/fill"));
+    SmallDisk::clear(SettingsFile::folder());
     settings.setSetting(QStringLiteral("units"), text);
     if (SettingsFile::content() != contentWithUnits)
         return QStringLiteral("with room again the file has %1 bytes").arg(SettingsFile::content().size());
@@ -142,7 +102,7 @@ int main(int argc, char **argv)
 {
     // Before anything makes a thread, since a user namespace is for a process of one thread.
     const bool isOnDisk = argc == 5 && qstrcmp(argv[1], "--disk") == 0;
-    if (isOnDisk && !mountDisk(qgetenv("XDG_CONFIG_HOME") + "/Corvanta"))
+    if (isOnDisk && !SmallDisk::mountOn(qgetenv("XDG_CONFIG_HOME") + "/Corvanta"))
         return notAllowed;
     const QCoreApplication application(argc, argv);
     if (!isOnDisk) {

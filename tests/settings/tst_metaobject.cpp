@@ -5,6 +5,7 @@
 // change with
 //   cp <that file> tests/settings/<class>.golden
 #include "metaobjecttext.h"
+#include "texts.h"
 #include "zbsettingsmain.h"
 #include "zbsettingsprinter.h"
 #include "zbsettingsqmlenums.h"
@@ -39,14 +40,6 @@ QString contentOf(const QString &fileName)
 {
     QFile file(fileName);
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
-QStringList texts(std::initializer_list<const char *> list)
-{
-    QStringList result;
-    for (const char *const text : list)
-        result.append(QString::fromLatin1(text));
-    return result;
 }
 
 } // namespace
