@@ -1,27 +1,25 @@
 // A virtual D-Bus object on a second connection, whose answers a function makes.
-#include "fakeutilitydaemon.h"
+#include "fakedaemon.h"
 
 #include <QtCore/QAtomicInt>
 #include <QtDBus/QDBusVirtualObject>
 
 namespace {
 
-const QString serviceName = QStringLiteral("com.corvanta.zbutility");
-const QString interfaceName = QStringLiteral("local.ZBUtilityd.UtilityDaemon");
-
 QString nextConnectionName()
 {
     static QAtomicInt number;
-    return QStringLiteral("fake utility daemon %1").arg(number.fetchAndAddRelaxed(1));
+    return QStringLiteral("fake daemon %1").arg(number.fetchAndAddRelaxed(1));
 }
 
 } // namespace
 
-class FakeUtilityDaemon::Object : public QDBusVirtualObject
+class FakeDaemon::Object : public QDBusVirtualObject
 {
 public:
-    explicit Object(const Answer &answer)
-        : m_answer(answer)
+    Object(const QString &interfaceName, const Answer &answer)
+        : m_interfaceName(interfaceName)
+        , m_answer(answer)
     {
     }
 
@@ -34,7 +32,7 @@ public:
             connection.send(call.createErrorReply(QDBusError::UnknownInterface, {}));
             return true;
         }
-        if (call.interface() != interfaceName)
+        if (call.interface() != m_interfaceName)
             return false;
         connection.send(m_answer(call));
         return true;
@@ -43,23 +41,26 @@ public:
     void noteIntrospection(const std::function<void()> &note) { m_noteIntrospection = note; }
 
 private:
+    const QString m_interfaceName;
     const Answer m_answer;
     std::function<void()> m_noteIntrospection = [] {};
 };
 
-FakeUtilityDaemon::FakeUtilityDaemon(const Answer &answer)
-    : m_connection(QDBusConnection::connectToBus(QDBusConnection::SystemBus, nextConnectionName()))
-    , m_object(std::make_unique<Object>(answer))
+FakeDaemon::FakeDaemon(const QString &serviceName, const QString &interfaceName, const Answer &answer)
+    : m_serviceName(serviceName)
+    , m_interfaceName(interfaceName)
+    , m_connection(QDBusConnection::connectToBus(QDBusConnection::SystemBus, nextConnectionName()))
+    , m_object(std::make_unique<Object>(interfaceName, answer))
 {
     m_thread.start();
     m_object->moveToThread(&m_thread);
     m_isOnTheBus = m_connection.registerVirtualObject(QStringLiteral("/"), m_object.get())
-        && m_connection.registerService(serviceName);
+        && m_connection.registerService(m_serviceName);
 }
 
-FakeUtilityDaemon::~FakeUtilityDaemon()
+FakeDaemon::~FakeDaemon()
 {
-    m_connection.unregisterService(serviceName);
+    m_connection.unregisterService(m_serviceName);
     m_connection.unregisterObject(QStringLiteral("/"));
     const QString name = m_connection.name();
     m_connection = QDBusConnection(QString());
@@ -68,20 +69,19 @@ FakeUtilityDaemon::~FakeUtilityDaemon()
     m_thread.wait();
 }
 
-bool FakeUtilityDaemon::isOnTheBus() const
+bool FakeDaemon::isOnTheBus() const
 {
     return m_isOnTheBus;
 }
 
-void FakeUtilityDaemon::noteIntrospection(const std::function<void()> &note)
+void FakeDaemon::noteIntrospection(const std::function<void()> &note)
 {
     m_object->noteIntrospection(note);
 }
 
-bool FakeUtilityDaemon::sendInternetConnectionChanged(const QVariantList &arguments) const
+bool FakeDaemon::sendSignal(const QString &name, const QVariantList &arguments) const
 {
-    QDBusMessage message = QDBusMessage::createSignal(QStringLiteral("/"), interfaceName,
-                                                      QStringLiteral("onInternetConnectionChanged"));
+    QDBusMessage message = QDBusMessage::createSignal(QStringLiteral("/"), m_interfaceName, name);
     message.setArguments(arguments);
     return m_connection.send(message);
 }
