@@ -8,3 +8,5 @@ void registerTabMessageBenchmarks();
 void registerAboutBenchmarks();
 void registerLocaleBenchmarks();
 void registerPrinterOptionBenchmarks();
+/// A smoke run leaves out the largest lists.
+void registerHistoryBenchmarks(bool isSmoke);

@@ -106,6 +106,7 @@ int main(int argumentCount, char **arguments)
     registerAboutBenchmarks();
     registerLocaleBenchmarks();
     registerPrinterOptionBenchmarks();
+    registerHistoryBenchmarks(options.isSmoke);
 
     RatioReport report(!options.isSmoke);
     runAll(report);

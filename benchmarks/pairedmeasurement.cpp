@@ -120,7 +120,7 @@ void measurePair(benchmark::State &state, const Way &ours, const Way &plain, Tar
     state.counters["target"] = target;
 }
 
-void registerPair(const char *name, void (*function)(benchmark::State &))
+void registerPair(const std::string &name, const std::function<void(benchmark::State &)> &function)
 {
-    benchmark::RegisterBenchmark(name, function)->UseManualTime()->Unit(benchmark::kMicrosecond);
+    benchmark::RegisterBenchmark(name.c_str(), function)->UseManualTime()->Unit(benchmark::kMicrosecond);
 }

@@ -6,6 +6,7 @@
 #include <benchmark/benchmark.h>
 
 #include <functional>
+#include <string>
 
 /// One way of doing something.
 struct Way
@@ -34,4 +35,4 @@ constexpr Target noTarget = 0;
 void measurePair(benchmark::State &state, const Way &ours, const Way &plain, Target target);
 
 /// Registers a benchmark that calls measurePair().
-void registerPair(const char *name, void (*function)(benchmark::State &));
+void registerPair(const std::string &name, const std::function<void(benchmark::State &)> &function);

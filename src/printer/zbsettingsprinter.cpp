@@ -1,23 +1,10 @@
 // Construction of ZBSettingsPrinter and its maps of names.
 #include "zbsettingsprinter.h"
 
+#include "keptforever.h"
 #include "presetlist.h"
 #include "printeroptionrows.h"
 #include "zbsettingsprinter_p.h"
-
-#include <QtCore/QVector>
-
-namespace {
-
-/// What lives as long as the process. Leak checkers shall find it, so a pointer to each stays, in a list that
-/// no static destructor takes away.
-void keepForever(const void *library)
-{
-    static auto *const kept = new QVector<const void *>;
-    kept->append(library);
-}
-
-} // namespace
 
 ZBSettingsPrinter::ZBSettingsPrinter(QObject *parent)
     : QObject(parent)

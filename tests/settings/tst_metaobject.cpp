@@ -6,6 +6,7 @@
 //   cp <that file> tests/settings/<class>.golden
 #include "metaobjecttext.h"
 #include "texts.h"
+#include "zbprinterhistory.h"
 #include "zbsettingsmain.h"
 #include "zbsettingsprinter.h"
 #include "zbsettingsqmlenums.h"
@@ -63,9 +64,9 @@ void TestMetaObject::surfaceIsTheAcceptedOne_data()
 {
     QTest::addColumn<const QMetaObject *>("metaObject");
     for (const QMetaObject *const metaObject :
-         {&ZBSettingsMain::staticMetaObject, &ZBSettingsPrinter::staticMetaObject,
-          &ZBSettingsAboutInfoFields::staticMetaObject, &QMLCupsEnums::staticMetaObject,
-          &ZBSettingsTabNames::staticMetaObject})
+         {&ZBPrinterHistory::staticMetaObject, &ZBSettingsMain::staticMetaObject,
+          &ZBSettingsPrinter::staticMetaObject, &ZBSettingsAboutInfoFields::staticMetaObject,
+          &QMLCupsEnums::staticMetaObject, &ZBSettingsTabNames::staticMetaObject})
         QTest::newRow(metaObject->className()) << metaObject;
 }
 

@@ -7,8 +7,8 @@ class FakeUtilityDaemon : public FakeDaemon
 {
 public:
     explicit FakeUtilityDaemon(const Answer &answer)
-        : FakeDaemon(QStringLiteral("com.corvanta.zbutility"), QStringLiteral("local.ZBUtilityd.UtilityDaemon"),
-                     answer)
+        : FakeDaemon(QStringLiteral("com.corvanta.zbutility"),
+                     QStringLiteral("local.ZBUtilityd.UtilityDaemon"), answer)
     {
     }
 

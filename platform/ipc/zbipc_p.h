@@ -1,0 +1,62 @@
+// What a ZBIPC keeps.
+#pragma once
+
+#include "fetchbounds.h"
+#include "jobdaemon.h"
+#include "jobrecords.h"
+#include "pendingnotices.h"
+#include "postedcall.h"
+#include "zbipc.h"
+
+#include <QtDBus/QDBusPendingCallWatcher>
+
+#include <memory>
+#include <optional>
+
+struct ZBIPC::Private
+{
+    explicit Private(ZBIPC *ipc);
+
+    PrintJobMetaData jobInfo(const QString &guid);
+
+private:
+    void fetch();
+    PrintJobMetaData singleJob(const QString &guid);
+    void fail();
+
+    void daemonAppeared();
+    void daemonVanished();
+    void jobsChanged(const QStringList &guids);
+
+    // The look at what changed while the daemon was away. It waits for nothing, and leaves the records alone:
+    // they are what the readers know, until the readers ask.
+    void look();
+    void waitFor(const QDBusPendingCall &call, void (Private::*answered)(const QDBusMessage &));
+    void changesCame(const QDBusMessage &reply);
+    void jobListCame(const QDBusMessage &reply);
+    void endLook();
+    void note(const QStringList &guids);
+
+    void tellNext();
+
+    ZBIPC *const q;
+    JobDaemonListener listener;
+    FetchBounds bounds;
+    int readInFetch = 0; ///< of the records
+
+    /// As of the last fetch. Of a daemon that knows single jobs only, the GUIDs that were read.
+    JobRecords records;
+    bool daemonKnowsSingleJobsOnly = false;
+    bool hasFetchFailed = false;
+
+    /// Whether readers may not know what the daemon knows, and were not told so.
+    bool isBehind = false;
+    /// One failed fetch is followed by a look, a second one in a row is not: that would go on without end.
+    bool mayLookAfterFailure = true;
+    PostedCall looking;
+    std::optional<JobUpdate> lookUpdate;
+    std::unique_ptr<QDBusPendingCallWatcher> lookCall;
+
+    PendingNotices notices;
+    PostedCall telling;
+};

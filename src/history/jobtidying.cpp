@@ -1,0 +1,20 @@
+// Text in, text out.
+#include "jobtidying.h"
+
+#include "printjobmetadata.h"
+
+void tidyJob(PrintJobMetaData &job)
+{
+    for (const QLatin1String extension : {QLatin1String(".tavo"), QLatin1String(".zbzl")}) {
+        if (job.jobName.endsWith(extension)) {
+            job.jobName.remove(extension);
+            break;
+        }
+    }
+    job.imagePath.prepend(QLatin1String("file:///"));
+}
+
+bool isListed(const PrintJobMetaData &job)
+{
+    return job.copyCount >= 1;
+}
