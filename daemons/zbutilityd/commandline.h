@@ -1,6 +1,8 @@
 // The options of the program.
 #pragma once
 
+#include "earlyend.h"
+
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
@@ -10,13 +12,6 @@ struct Options
 {
     QString stateDirectory;
     bool isVirtualDevice = false;
-};
-
-/// What to print instead of running, and the exit status after that.
-struct EarlyEnd
-{
-    QString text;
-    int exitStatus;
 };
 
 /**

@@ -1,7 +1,7 @@
 // Puts the parts of the daemon together and on the bus.
 #pragma once
 
-#include "busobject.h"
+#include "busservice.h"
 #include "commandline.h"
 #include "internetstate.h"
 #include "routemonitor.h"
@@ -31,21 +31,14 @@ Q_SIGNALS:
     /// The process is to end with this exit status.
     void ended(int exitStatus);
 
-private Q_SLOTS:
-    void endWithoutBus();
-
 private:
     struct VirtualDevice;
 
-    QString takeName();
-    void addVirtualDevice();
-
-    QDBusConnection m_bus;
     StateStore m_store;
     RouteMonitor m_routes;
     InternetState m_internet;
     UtilityService m_service;
     UtilityDaemonAdaptor m_adaptor;
     std::unique_ptr<VirtualDevice> m_virtualDevice;
-    BusObject m_object;
+    BusService m_bus;
 };

@@ -8,19 +8,9 @@
 #include <QtCore/QDebug>
 #include <QtDBus/QDBusConnection>
 
-#include <cstdio>
 #include <cstdlib>
 
 namespace {
-
-int printAndEnd(const EarlyEnd &end)
-{
-    if (end.exitStatus == EXIT_SUCCESS)
-        std::puts(qUtf8Printable(end.text));
-    else
-        qCritical().noquote() << end.text;
-    return end.exitStatus;
-}
 
 int run(const Options &options, TerminationSignals &terminationSignals)
 {

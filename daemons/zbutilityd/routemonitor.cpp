@@ -26,9 +26,9 @@ FileDescriptor openSocket(int type, quint32 groups)
     sockaddr_nl address{};
     address.nl_family = AF_NETLINK;
     address.nl_groups = groups;
-    const bool isBound = socket.isOpen()
-        && ::bind(socket.number(), reinterpret_cast<const sockaddr *>(&address), sizeof(address)) == 0;
-    return isBound ? std::move(socket) : FileDescriptor();
+    const bool isBound = socket.get() >= 0
+        && ::bind(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof(address)) == 0;
+    return isBound ? std::move(socket) : FileDescriptor(-1);
 }
 
 /// One message of the socket, or nothing, with errno set, if there is none or it is not whole or not the
@@ -38,7 +38,7 @@ std::optional<QByteArray> receive(const FileDescriptor &socket)
     QByteArray bytes(largestRead, Qt::Uninitialized);
     sockaddr_nl sender{};
     socklen_t senderLength = sizeof(sender);
-    const ssize_t length = ::recvfrom(socket.number(), bytes.data(), static_cast<size_t>(bytes.size()),
+    const ssize_t length = ::recvfrom(socket.get(), bytes.data(), static_cast<size_t>(bytes.size()),
                                       MSG_TRUNC, reinterpret_cast<sockaddr *>(&sender), &senderLength);
     if (length < 0)
         return {};
@@ -57,7 +57,7 @@ template <typename Family> DumpState readTable(quint16 question, NetworkTables &
     const FileDescriptor socket = openSocket(0, 0);
     // The kernel answers at once; a limit all the same, since the daemon's callers wait meanwhile.
     const timeval limit{1, 0};
-    ::setsockopt(socket.number(), SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof(limit));
+    ::setsockopt(socket.get(), SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof(limit));
 
     constexpr quint32 sequence = 1;
     struct
@@ -69,7 +69,7 @@ template <typename Family> DumpState readTable(quint16 question, NetworkTables &
     request.header.nlmsg_type = question;
     request.header.nlmsg_flags = NLM_F_REQUEST | NLM_F_DUMP;
     request.header.nlmsg_seq = sequence;
-    if (::send(socket.number(), &request, sizeof(request), 0) != sizeof(request))
+    if (::send(socket.get(), &request, sizeof(request), 0) != sizeof(request))
         return DumpState::Failed;
 
     DumpState state = DumpState::Unfinished;
@@ -95,11 +95,11 @@ RouteMonitor::RouteMonitor(QObject *parent)
     : QObject(parent)
     , m_socket(openSocket(SOCK_NONBLOCK, RTMGRP_LINK | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_ROUTE))
 {
-    if (!m_socket.isOpen()) {
+    if (m_socket.get() < 0) {
         qWarning().noquote() << "changes of the routes are not followed:" << qt_error_string(errno);
         return;
     }
-    m_notifier = std::make_unique<QSocketNotifier>(m_socket.number(), QSocketNotifier::Read);
+    m_notifier = std::make_unique<QSocketNotifier>(m_socket.get(), QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &RouteMonitor::takeNews);
 }
 

@@ -11,6 +11,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -23,7 +24,7 @@ bool syncDirectory(const QString &directory)
     const FileDescriptor folder(
         ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     // Some file systems cannot do it for folders, and keep the names without.
-    return folder.isOpen() && (::fsync(folder.number()) == 0 || errno == EINVAL);
+    return folder.get() >= 0 && (::fsync(folder.get()) == 0 || errno == EINVAL);
 }
 
 } // namespace

@@ -2,8 +2,6 @@
 #include "virtualdevicecontrol.h"
 
 #include "callgate.h"
-#include "internetstate.h"
-#include "statestore.h"
 
 #include <QtCore/QStringList>
 
@@ -30,30 +28,27 @@ bool isErrorName(const QString &name)
 
 } // namespace
 
-VirtualDeviceControl::VirtualDeviceControl(StateStore &store, InternetState &internet, CallGate &gate,
-                                           QObject *parent)
+VirtualDeviceControl::VirtualDeviceControl(CallGate &gate, QObject *parent)
     : CallTarget(parent)
-    , m_store(store)
-    , m_internet(internet)
     , m_gate(gate)
 {
 }
 
 void VirtualDeviceControl::SetInternetState(bool connected)
 {
-    m_internet.fix(connected);
+    Q_UNUSED(connected)
+    refuseAsUnsupported();
 }
 
 void VirtualDeviceControl::FollowRoutes()
 {
-    m_internet.follow();
+    refuseAsUnsupported();
 }
 
 void VirtualDeviceControl::SetShip(int mode)
 {
-    const QString failure = m_store.change(Value::ShipMode, mode);
-    if (!failure.isEmpty())
-        refuse(QDBusError::Failed, failure);
+    Q_UNUSED(mode)
+    refuseAsUnsupported();
 }
 
 void VirtualDeviceControl::FailNextCall(const QString &errorName, const QString &message)
@@ -92,4 +87,9 @@ RecordedCalls VirtualDeviceControl::Calls() const
 void VirtualDeviceControl::ClearCalls()
 {
     m_gate.clearCalls();
+}
+
+void VirtualDeviceControl::refuseAsUnsupported()
+{
+    refuse(QDBusError::NotSupported, QStringLiteral("this daemon has no such thing"));
 }

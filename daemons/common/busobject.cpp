@@ -10,6 +10,7 @@
 
 #include <array>
 #include <functional>
+#include <list>
 
 namespace {
 
@@ -37,29 +38,64 @@ QMetaMethod findMethod(const QDBusAbstractAdaptor &adaptor, const QString &name)
     return {};
 }
 
-QString signatureOf(const QMetaMethod &method)
+/// The types of what the caller gives. What follows are references to further results.
+QVector<int> argumentTypes(const QMetaMethod &method)
+{
+    QVector<int> types;
+    for (const QByteArray &name : method.parameterTypes()) {
+        if (name.endsWith('&'))
+            break;
+        types.append(method.parameterType(types.size()));
+    }
+    return types;
+}
+
+QString signatureOf(const QVector<int> &types)
 {
     QString signature;
-    for (int index = 0; index < method.parameterCount(); ++index)
-        signature += QLatin1String(QDBusMetaType::typeToSignature(method.parameterType(index)));
+    for (const int type : types)
+        signature += QLatin1String(QDBusMetaType::typeToSignature(type));
     return signature;
 }
 
+/// \a argument as a value of \a type, as which a structure comes only when it is asked for.
+QVariant asValue(const QVariant &argument, int type)
+{
+    if (argument.userType() != qMetaTypeId<QDBusArgument>() || type == argument.userType())
+        return argument;
+    QVariant value(type, nullptr);
+    QDBusMetaType::demarshall(argument.value<QDBusArgument>(), type, value.data());
+    return value;
+}
+
 /// Calls \a method with \a arguments, which have its types, and returns what it returned.
-QVariantList invoke(QDBusAbstractAdaptor &adaptor, const QMetaMethod &method, const QVariantList &arguments)
+QVariantList invoke(QDBusAbstractAdaptor &adaptor, const QMetaMethod &method, QVariantList arguments)
 {
     std::array<QGenericArgument, 10> generic;
-    for (int index = 0; index < arguments.size(); ++index)
-        generic.at(static_cast<size_t>(index)) = {arguments.at(index).typeName(),
-                                                  arguments.at(index).constData()};
-
+    size_t count = 0;
+    for (QVariant &argument : arguments) {
+        argument = asValue(argument, method.parameterType(int(count)));
+        generic.at(count++) = {argument.typeName(), argument.constData()};
+    }
     const bool hasResult = method.returnType() != QMetaType::Void;
     QVariant result(hasResult ? method.returnType() : QMetaType::UnknownType, nullptr);
     const QGenericReturnArgument genericResult =
         hasResult ? QGenericReturnArgument(method.typeName(), result.data()) : QGenericReturnArgument();
+    const QList<QByteArray> names = method.parameterTypes();
+    std::list<QVariant> furtherResults;
+    for (int index = arguments.size(); index < names.size(); ++index) {
+        const QByteArray name = names.at(index).chopped(1);
+        QVariant &further = furtherResults.emplace_back(QMetaType::type(name), nullptr);
+        generic.at(count++) = {further.typeName(), further.data()};
+    }
     method.invoke(&adaptor, Qt::DirectConnection, genericResult, generic[0], generic[1], generic[2],
                   generic[3], generic[4], generic[5], generic[6], generic[7], generic[8], generic[9]);
-    return hasResult ? QVariantList{result} : QVariantList{};
+    QVariantList results;
+    if (hasResult)
+        results.append(result);
+    for (QVariant &further : furtherResults)
+        results.append(std::move(further));
+    return results;
 }
 
 } // namespace
@@ -140,12 +176,13 @@ QDBusMessage BusObject::perform(const Interface &interface, const QDBusMessage &
         return message.createErrorReply(
             QDBusError::UnknownMethod,
             QStringLiteral("%1 has no method %2").arg(interfaceName(*interface.adaptor), message.member()));
-    const QString signature = signatureOf(method);
+    const QString signature = signatureOf(argumentTypes(method));
     if (message.signature() != signature)
         return message.createErrorReply(QDBusError::InvalidArgs,
                                         QStringLiteral("%1 takes arguments of the types \"%2\", not \"%3\"")
                                             .arg(message.member(), signature, message.signature()));
 
+    interface.target->setCaller(message.service());
     const QVariantList results = invoke(*interface.adaptor, method, message.arguments());
     if (const std::optional<Refusal> refusal = interface.target->takeRefusal())
         return message.createErrorReply(refusal->type, refusal->text);

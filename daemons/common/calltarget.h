@@ -29,10 +29,14 @@ public:
 
     /// The reason that the last method left, which is forgotten with that.
     std::optional<Refusal> takeRefusal();
+    void setCaller(const QString &busName);
 
 protected:
+    /// Who calls: its unique name on the bus.
+    const QString &caller() const { return m_caller; }
     void refuse(QDBusError::ErrorType type, const QString &text);
 
 private:
     std::optional<Refusal> m_refusal;
+    QString m_caller;
 };

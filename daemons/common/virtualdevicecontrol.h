@@ -5,22 +5,23 @@
 #include "recordedcall.h"
 
 class CallGate;
-class InternetState;
-class StateStore;
 
-/// One method a method of the interface, spelt as there, which the interface's XML file documents.
+/**
+ * One method a method of the interface, spelt as there, which the interface's XML file documents.
+ *
+ * What a daemon has no use for is refused as not supported; a daemon that has one overrides it.
+ */
 class VirtualDeviceControl : public CallTarget
 {
     Q_OBJECT
 
 public:
-    /// All three must outlive this object.
-    VirtualDeviceControl(StateStore &store, InternetState &internet, CallGate &gate,
-                         QObject *parent = nullptr);
+    /// \a gate must outlive this object.
+    explicit VirtualDeviceControl(CallGate &gate, QObject *parent = nullptr);
 
-    void SetInternetState(bool connected);
-    void FollowRoutes();
-    void SetShip(int mode);
+    virtual void SetInternetState(bool connected);
+    virtual void FollowRoutes();
+    virtual void SetShip(int mode);
     void FailNextCall(const QString &errorName, const QString &message);
     void DelayNextCall(uint milliseconds);
     void IgnoreNextCall();
@@ -34,7 +35,7 @@ Q_SIGNALS:
     void vanishing();
 
 private:
-    StateStore &m_store;
-    InternetState &m_internet;
+    void refuseAsUnsupported();
+
     CallGate &m_gate;
 };
