@@ -14,11 +14,21 @@ bool beginsWith(const std::string &text, const std::string &beginning)
     return text.compare(0, beginning.size(), beginning) == 0;
 }
 
-std::string nonEmptyPath(const std::string &path)
+// Takes the path that goes with OPTION, in the same argument or in the next. False if the argument is no such
+// option.
+bool takePath(const std::string &option, std::vector<std::string>::const_iterator *argument,
+              std::vector<std::string>::const_iterator end, std::string *path)
 {
-    if (path.empty())
-        throw Failure("--utilityd needs the path of a program" + tryHelp);
-    return path;
+    const bool isNext = **argument == option;
+    if (!isNext && !beginsWith(**argument, option + "="))
+        return false;
+    if (!isNext)
+        *path = (*argument)->substr(option.size() + 1);
+    else
+        *path = *argument + 1 == end ? std::string() : *++*argument;
+    if (path->empty())
+        throw Failure(option + " needs the path of a program" + tryHelp);
+    return true;
 }
 
 // What the device with a bus only leaves to the machine is not its own to change.
@@ -32,9 +42,9 @@ void refuseWithBusOnly(bool given, const std::string &option)
 
 CommandLine parseCommandLine(const std::vector<std::string> &arguments)
 {
-    const std::string utilityDaemonOption = "--utilityd";
     CommandLine result;
     std::optional<bool> printing;
+    std::optional<bool> printQueueDaemon;
     auto argument = arguments.begin();
     for (; argument != arguments.end() && beginsWith(*argument, "-") && *argument != "-"; ++argument) {
         if (*argument == "--") {
@@ -53,17 +63,15 @@ CommandLine parseCommandLine(const std::vector<std::string> &arguments)
             result.withDataPartition = true;
         else if (*argument == "--with-printing" || *argument == "--without-printing")
             printing = *argument == "--with-printing";
-        else if (*argument == utilityDaemonOption && argument + 1 != arguments.end())
-            result.utilityDaemon = nonEmptyPath(*++argument);
-        else if (*argument == utilityDaemonOption)
-            result.utilityDaemon = nonEmptyPath({});
-        else if (beginsWith(*argument, utilityDaemonOption + "="))
-            result.utilityDaemon = nonEmptyPath(argument->substr(utilityDaemonOption.size() + 1));
-        else
+        else if (*argument == "--with-printqd" || *argument == "--without-printqd")
+            printQueueDaemon = *argument == "--with-printqd";
+        else if (!takePath("--utilityd", &argument, arguments.end(), &result.utilityDaemon)
+                 && !takePath("--printqd", &argument, arguments.end(), &result.printQueueDaemonPath))
             throw Failure("there is no option '" + *argument + "'" + tryHelp);
     }
     result.command.assign(argument, arguments.end());
     result.printing = printing.value_or(!result.busOnly);
+    result.printQueueDaemon = printQueueDaemon.value_or(!result.busOnly);
     refuseWithBusOnly(result.busOnly && result.deviceClock, "--device-clock");
     refuseWithBusOnly(result.busOnly && result.withDataPartition, "--with-data-partition");
     return result;
@@ -73,7 +81,7 @@ std::string helpText()
 {
     return R"(Usage: zbvirtualdevice [OPTION...] [--] [COMMAND [ARGUMENT...]]
 
-Starts a private label printer on this PC and runs COMMAND in it: a system bus and the utility daemon, a home
+Starts a private label printer on this PC and runs COMMAND in it: a system bus and its daemons, a home
 folder, /etc, /run and /var/lib, a network interface, a boot environment, a print queue and a clock of its own.
 The machine stays as it is. The device ends with COMMAND and leaves no process and no file. Without COMMAND it prints the
 device's environment for a shell to read, and waits for Ctrl-C.
@@ -85,6 +93,9 @@ device's environment for a shell to read, and waits for Ctrl-C.
   --with-data-partition  an ext4 file system of its own on /var/lib/corvanta/data; needs root
   --without-printing     without the print scheduler and its queue BrackenXL
   --with-printing        with them, also with --bus-only
+  --without-printqd      without the print queue daemon
+  --with-printqd         with it, also with --bus-only
+  --printqd PATH         the print queue daemon to use, instead of the printqd beside this program
   -h, --help             print this text
 
 The exit status is COMMAND's own, or 128 + N if signal N ended it, 127 if there is no such command, 126 if

@@ -16,8 +16,12 @@ struct CommandLine
     bool withDataPartition = false;
     /// A print scheduler with the printer's queue.
     bool printing = false;
+    /// A print queue daemon.
+    bool printQueueDaemon = false;
     /// The utility daemon to start; empty means the one beside the launcher.
     std::string utilityDaemon;
+    /// The print queue daemon to start; empty means the one beside the launcher.
+    std::string printQueueDaemonPath;
     /// COMMAND and its arguments; empty means that the person wants the device without a command.
     std::vector<std::string> command;
 };

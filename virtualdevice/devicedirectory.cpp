@@ -118,9 +118,9 @@ DeviceDirectory::DeviceDirectory(const std::string &path)
     : m_path(path)
     , m_lock(lockNewDevice(path))
 {
-    for (const std::string &folder :
-         {home(), config(), data(), cache(), state(), runtime(), temporary(), bus(), utilityDaemonState(),
-          layers(), clock(), printing(), printingConfiguration(), printed(), m_path + "/log"})
+    for (const std::string &folder : {home(), config(), data(), cache(), state(), runtime(), temporary(),
+                                      bus(), utilityDaemonState(), printQueueState(), layers(), clock(),
+                                      printing(), printingConfiguration(), printed(), m_path + "/log"})
         makePrivateFolder(folder);
 }
 

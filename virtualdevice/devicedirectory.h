@@ -34,6 +34,8 @@ public:
     std::string clock() const { return m_path + "/clock"; }
     /// What the utility daemon keeps across restarts.
     std::string utilityDaemonState() const { return m_path + "/utilityd"; }
+    /// What the print queue daemon keeps across restarts.
+    std::string printQueueState() const { return m_path + "/printqd"; }
     /// The print scheduler's own tree.
     std::string printing() const { return m_path + "/printing"; }
     std::string printingConfiguration() const { return printing() + "/etc"; }

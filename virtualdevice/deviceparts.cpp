@@ -3,6 +3,7 @@
 
 #include "deviceclock.h"
 #include "ownfiles.h"
+#include "printqueuedaemon.h"
 #include "runtimefolder.h"
 #include "scheduler.h"
 #include "schedulerfiles.h"
@@ -20,6 +21,13 @@ std::string utilityDaemonPath(const CommandLine &commandLine)
     if (!commandLine.utilityDaemon.empty())
         return std::filesystem::absolute(commandLine.utilityDaemon).lexically_normal();
     return utilityDaemonBesideThis();
+}
+
+std::string printQueueDaemonPath(const CommandLine &commandLine)
+{
+    if (!commandLine.printQueueDaemonPath.empty())
+        return std::filesystem::absolute(commandLine.printQueueDaemonPath).lexically_normal();
+    return printQueueDaemonBesideThis();
 }
 
 // A display server is not part of the device: its socket and its key are named by absolute paths, so that
@@ -49,6 +57,10 @@ std::vector<std::unique_ptr<DevicePart>> makeDeviceParts(const CommandLine &comm
         parts.push_back(std::make_unique<UtilityDaemon>(directory, utilityDaemonPath(commandLine)));
     if (commandLine.printing)
         parts.push_back(std::make_unique<Scheduler>(directory, schedulerPlace));
+    if (commandLine.printQueueDaemon)
+        parts.push_back(std::make_unique<PrintQueueDaemon>(
+            directory, printQueueDaemonPath(commandLine),
+            commandLine.printing ? schedulerPlace.queueAddress() : std::string()));
     return parts;
 }
 
@@ -68,6 +80,7 @@ EnvironmentChanges deviceEnvironment(const CommandLine &commandLine, const Devic
         {"TMPDIR", directory.temporary()},
         {directoryVariable, directory.path()},
         {"ZBVIRTUALDEVICE_UTILITYD", utilityDaemonPath(commandLine)},
+        {"ZBVIRTUALDEVICE_PRINTQD", printQueueDaemonPath(commandLine)},
     };
     changes.add(withoutOtherSchedulers());
     if (commandLine.printing)

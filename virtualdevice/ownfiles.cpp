@@ -18,6 +18,11 @@ std::string utilityDaemonBesideThis()
     return ownFolder() / "zbutilityd";
 }
 
+std::string printQueueDaemonBesideThis()
+{
+    return ownFolder() / "printqd";
+}
+
 std::string serviceManagerPath()
 {
     return ownFolder() / "zbservicemanager";
@@ -26,6 +31,11 @@ std::string serviceManagerPath()
 std::string serviceStartPath()
 {
     return ownFolder() / "zbservicestart";
+}
+
+std::string notifierPath()
+{
+    return ownFolder() / "printqnotifier";
 }
 
 std::string clockLibraryPath()

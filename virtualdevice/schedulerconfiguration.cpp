@@ -79,3 +79,13 @@ ErrorPolicy abort-job
 </Printer>
 )";
 }
+
+std::string schedulerStartText()
+{
+    // A scheduler of root's gives its notifiers to a user who cannot look into the device's folder.
+    return R"(#!/bin/sh
+# cups-exec -g GROUP -n NICENESS -u USER PROFILE PROGRAM ARGUMENTS..., but for the user, who stays the scheduler's.
+[ "$1 $3 $5" != '-g -n -u' ] || shift 6
+exec /usr/lib/cups/daemon/cups-exec "$@"
+)";
+}

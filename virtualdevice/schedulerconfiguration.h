@@ -13,3 +13,9 @@ std::string schedulerText(const SchedulerPlace &place, const std::string &admini
 
 /// printers.conf: the one queue.
 std::string schedulerQueueText();
+
+/// A program in place of cups-exec(8), by which the scheduler starts others.
+std::string schedulerStartText();
+
+/// The program by which the scheduler starts others, in place of cups-exec.
+std::string schedulerStartText();

@@ -3,6 +3,7 @@
 
 #include "failure.h"
 #include "files.h"
+#include "ownfiles.h"
 #include "schedulerconfiguration.h"
 #include "textfiles.h"
 
@@ -46,9 +47,9 @@ void makeSchedulerFiles(const DeviceDirectory &directory, const SchedulerPlace &
     const std::string folder = directory.printing();
     const std::string etc = directory.printingConfiguration();
     const std::string programs = folder + "/bin";
-    for (const std::string &needed :
-         {etc + "/ppd", etc + "/ssl", programs + "/backend", folder + "/cache", folder + "/state",
-          folder + "/data/banners", folder + "/data/mime", folder + "/spool/tmp"})
+    for (const std::string &needed : {etc + "/ppd", etc + "/ssl", programs + "/backend", programs + "/daemon",
+                                      programs + "/notifier", folder + "/cache", folder + "/state",
+                                      folder + "/data/banners", folder + "/data/mime", folder + "/spool/tmp"})
         makePublicFolders(needed);
     writeFile(etc + "/cups-files.conf", schedulerFoldersText(place));
     writeFile(etc + "/cupsd.conf", schedulerText(place, nameOfThisUser()));
@@ -57,8 +58,11 @@ void makeSchedulerFiles(const DeviceDirectory &directory, const SchedulerPlace &
     makeProgram(programs + "/backend/bracken", backendText);
     makeProgram(folder + "/scheduler", schedulerControlText);
     copyProgram(folder + "/cupsd");
-    for (const std::string part : {"/daemon", "/notifier"})
-        makeLink("/usr/lib/cups" + part, programs + part);
+    makeProgram(programs + "/daemon/cups-exec", schedulerStartText());
+    makeLink("/usr/lib/cups/notifier/dbus", programs + "/notifier/dbus");
+    // Where it was not built, the daemon looks at the jobs at intervals.
+    if (access(notifierPath().c_str(), X_OK) == 0)
+        makeLink(notifierPath(), programs + "/notifier/bracken");
     // Of the machine's rules only the basic ones: others bring filters for documents of other printers.
     makeLink("/usr/share/cups/mime/mime.types", folder + "/data/mime/mime.types");
 }

@@ -371,6 +371,16 @@ void LaunchedCommandTest::ownFailuresAreOneSentence_data()
         << QStringList{QStringLiteral("--utilityd")}
         << QByteArray("zbvirtualdevice: --utilityd needs the path of a program;"
                       " 'zbvirtualdevice --help' lists the options\n");
+    QTest::newRow("print queue daemon without path")
+        << QStringList{QStringLiteral("--printqd="), QStringLiteral("true")}
+        << QByteArray("zbvirtualdevice: --printqd needs the path of a program;"
+                      " 'zbvirtualdevice --help' lists the options\n");
+    QTest::newRow("no print queue daemon")
+        << QStringList{QStringLiteral("--with-printqd"), QStringLiteral("--printqd"),
+                       QStringLiteral("/nowhere/printqd"), QStringLiteral("true")}
+        << QByteArray("zbvirtualdevice: cannot run the print queue daemon '/nowhere/printqd';"
+                      " build it, name another with --printqd, or go --without-printqd:"
+                      " No such file or directory\n");
     QTest::newRow("clock without whole device")
         << QStringList{QStringLiteral("--bus-only"), QStringLiteral("--device-clock"), QStringLiteral("true")}
         << QByteArray("zbvirtualdevice: --device-clock needs a whole device and cannot go with --bus-only;"
@@ -438,8 +448,9 @@ void LaunchedCommandTest::helpNamesTheOptions()
     launch.run({QStringLiteral("--help")});
     QCOMPARE(launch.exitStatus(), 0);
     const QByteArray text = launch.readOutput();
-    for (const char *word : {"Usage: zbvirtualdevice", "--without-daemon", "--utilityd", "--bus-only",
-                             "--device-clock", "--with-data-partition", "--help", "125", "77"})
+    for (const char *word :
+         {"Usage: zbvirtualdevice", "--without-daemon", "--utilityd", "--bus-only", "--device-clock",
+          "--with-data-partition", "--without-printqd", "--with-printqd", "--printqd", "--help", "125", "77"})
         QVERIFY2(text.contains(word), word);
 }
 

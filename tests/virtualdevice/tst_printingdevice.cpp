@@ -1,4 +1,5 @@
-// The print scheduler as a part of a device: who has one, what its surroundings are, and how it ends.
+// The print scheduler and the print queue daemon as parts of a device: who has them, what their surroundings
+// are, and how they end.
 #include "launch.h"
 #include "processtable.h"
 
@@ -20,6 +21,10 @@ private slots:
     void devicesAtTheSameTimeHaveTheirOwn_data();
     void devicesAtTheSameTimeHaveTheirOwn();
     void testPageIsPrinted();
+    void deviceHasThePrintQueueThatWasAskedFor_data();
+    void deviceHasThePrintQueueThatWasAskedFor();
+    void printedDocumentIsAJobWithItsSupplies_data();
+    void printedDocumentIsAJobWithItsSupplies();
     void otherShellsPrintOnTheDevice_data();
     void otherShellsPrintOnTheDevice();
     void schedulerEndsQuicklyWithTheDevice_data();
@@ -36,7 +41,8 @@ const char *const busOnly = "--bus-only --with-printing";
 
 QStringList launch(const QString &options, const QString &script)
 {
-    return options.split(QLatin1Char(' '), Qt::SkipEmptyParts)
+    return QStringList(QStringLiteral("--without-printqd"))
+        + options.split(QLatin1Char(' '), Qt::SkipEmptyParts)
         + QStringList{QStringLiteral("--without-daemon"), QStringLiteral("--"), QStringLiteral("/bin/sh"),
                       QStringLiteral("-c"), script};
 }
@@ -154,6 +160,65 @@ void PrintingDeviceTest::testPageIsPrinted()
                        " until [ -e \"$ZBVIRTUALDEVICE_PRINTED/job-1.prn\" ]; do sleep 0.01; done;"
                        " cmp testpage_6x6.tavo \"$ZBVIRTUALDEVICE_PRINTED/job-1.prn\" && echo same")));
     QCOMPARE(device.readOutput(), QByteArray("request id is BrackenXL-1 (1 file(s))\nsame\n"));
+    QCOMPARE(device.exitStatus(), 0);
+}
+
+void PrintingDeviceTest::deviceHasThePrintQueueThatWasAskedFor_data()
+{
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<bool>("hasQueue");
+    QTest::newRow("whole") << QString() << true;
+    QTest::newRow("whole, without") << QStringLiteral("--without-printqd") << false;
+    QTest::newRow("whole, without a scheduler") << QStringLiteral("--without-printing") << true;
+    QTest::newRow("bus only") << QStringLiteral("--bus-only") << false;
+    QTest::newRow("bus only, with") << QStringLiteral("--bus-only --with-printqd") << true;
+    QTest::newRow("the last word counts")
+        << QStringLiteral("--bus-only --with-printqd --without-printqd") << false;
+}
+
+void PrintingDeviceTest::deviceHasThePrintQueueThatWasAskedFor()
+{
+    QFETCH(QString, options);
+    QFETCH(bool, hasQueue);
+    SKIP_ROW_WHERE_DEVICES_ARE_FORBIDDEN(options);
+    Launch device;
+    // Asked once, without patience.
+    device.run(
+        options.split(QLatin1Char(' '), Qt::SkipEmptyParts)
+        + QStringList{QStringLiteral("--"), QStringLiteral("/bin/sh"), QStringLiteral("-c"),
+                      QStringLiteral("dbus-send --system --print-reply=literal --dest=com.corvanta.printqd /"
+                                     " local.IZBIPCPRINTQD.getJobList 2>&1;"
+                                     " echo \"$ZBVIRTUALDEVICE_PRINTQD\"")});
+    const QByteArrayList lines = device.readOutput().trimmed().split('\n');
+    QVERIFY2(lines.first().contains(hasQueue ? "array [" : "ServiceUnknown"), lines.first());
+    QVERIFY2(lines.last().startsWith('/') && lines.last().endsWith("/printqd"), lines.last());
+    QCOMPARE(device.readErrors(), QByteArray());
+}
+
+void PrintingDeviceTest::printedDocumentIsAJobWithItsSupplies_data()
+{
+    QTest::addColumn<QString>("options");
+    QTest::newRow("whole device") << QStringLiteral("--with-printqd");
+    QTest::newRow("bus only") << QStringLiteral("--bus-only --with-printing --with-printqd");
+}
+
+void PrintingDeviceTest::printedDocumentIsAJobWithItsSupplies()
+{
+    QFETCH(QString, options);
+    SKIP_ROW_WHERE_DEVICES_ARE_FORBIDDEN(options);
+    Launch device;
+    device.run(
+        launch(options,
+               QStringLiteral("echo text | lp -s -d BrackenXL -t Invoice; for round in $(seq 400); do"
+                              " dbus-send --system --print-reply --dest=com.corvanta.printqd /"
+                              " local.IZBIPCPRINTQD.getChangedJobs string: uint64:0 > $HOME/jobs;"
+                              " grep -q Printed $HOME/jobs && break; sleep 0.02; done; cat $HOME/jobs")));
+    const QByteArray jobs = device.readOutput();
+    for (const char *text :
+         {"\"Invoice\"", "\"Printed\"", "\"BM-4100-W\"", "\"White\"", "812.5", "\"BR-110-K\"", "\"Black\"",
+          "240.25", "\"BR-110-R\"", "\"Red\"", "double 36", "int32 104", "int32 98"})
+        QVERIFY2(jobs.contains(text), text + jobs);
+    QCOMPARE(device.readErrors(), QByteArray());
     QCOMPARE(device.exitStatus(), 0);
 }
 

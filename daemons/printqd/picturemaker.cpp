@@ -1,0 +1,236 @@
+// Chooses the tool by the document's first bytes, runs it with limits, and looks at what it wrote.
+#include "picturemaker.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QtEndian>
+
+#include <csignal>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr rlim_t mostMemory = 512 * 1024 * 1024;
+constexpr rlim_t mostProcessorSeconds = 10;
+constexpr rlim_t largestPicture = 8 * 1024 * 1024;
+constexpr rlim_t mostFiles = 64;
+constexpr int mostMilliseconds = 10000;
+constexpr int lowestPriority = 19;
+
+struct Tool
+{
+    QString program;
+    QStringList arguments; ///< by which it reads standard input and writes PNG to standard output
+};
+
+Tool pdfTool()
+{
+    return {QStringLiteral("/usr/bin/pdftoppm"),
+            {QStringLiteral("-png"), QStringLiteral("-singlefile"), QStringLiteral("-f"), QStringLiteral("1"),
+             QStringLiteral("-l"), QStringLiteral("1"), QStringLiteral("-scale-to"),
+             QString::number(PictureMaker::longestSide), QStringLiteral("-")}};
+}
+
+// The format is said, since it is also what chooses one of the tool's many readers.
+Tool rasterTool(const QString &format)
+{
+    const QString size = QStringLiteral("%1x%1").arg(PictureMaker::longestSide);
+    return {QStringLiteral("/usr/bin/gm"),
+            {QStringLiteral("convert"), QStringLiteral("-limit"), QStringLiteral("pixels"),
+             QStringLiteral("40MP"), QStringLiteral("-limit"), QStringLiteral("disk"), QStringLiteral("0"),
+             QStringLiteral("-size"), size, format + QStringLiteral(":-"), QStringLiteral("-auto-orient"),
+             QStringLiteral("-thumbnail"), size + QLatin1Char('>'), QStringLiteral("png:-")}};
+}
+
+Tool toolFor(const QString &documentPath)
+{
+    QFile document(documentPath);
+    const QByteArray beginning = document.open(QIODevice::ReadOnly) ? document.read(1024) : QByteArray();
+    if (beginning.startsWith("\x89PNG\r\n\x1a\n"))
+        return rasterTool(QStringLiteral("png"));
+    if (beginning.startsWith("\xff\xd8\xff"))
+        return rasterTool(QStringLiteral("jpeg"));
+    // Printer commands may stand before it.
+    if (beginning.contains("%PDF-"))
+        return pdfTool();
+    return {};
+}
+
+// What keeps the tool from the settings of whoever started the daemon.
+QProcessEnvironment toolEnvironment()
+{
+    QProcessEnvironment environment;
+    environment.insert(QStringLiteral("PATH"), QStringLiteral("/usr/bin:/bin"));
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    environment.insert(QStringLiteral("OMP_NUM_THREADS"), QStringLiteral("1"));
+    return environment;
+}
+
+// A PNG file within the bounds (https://www.w3.org/TR/png/#11IHDR): what a program of the application
+// decodes.
+bool isSmallPicture(const QString &path)
+{
+    constexpr int widthOffset = 16;
+    constexpr int heightOffset = 20;
+    constexpr int headerSize = 24;
+    QFile file(path);
+    const QByteArray header = file.open(QIODevice::ReadOnly) ? file.read(headerSize) : QByteArray();
+    if (header.size() != headerSize || !header.startsWith("\x89PNG\r\n\x1a\n"))
+        return false;
+    const auto width = qFromBigEndian<quint32>(header.constData() + widthOffset);
+    const auto height = qFromBigEndian<quint32>(header.constData() + heightOffset);
+    return width > 0 && height > 0 && width <= quint32(PictureMaker::longestSide)
+        && height <= quint32(PictureMaker::longestSide);
+}
+
+} // namespace
+
+/// A program whose output is a new file, and that may not take much of the machine.
+class LimitedProcess : public QProcess
+{
+public:
+    explicit LimitedProcess(const QString &outputPath, QObject *parent)
+        : QProcess(parent)
+        , m_output(QFile::encodeName(outputPath))
+    {
+    }
+
+protected:
+    // Between fork and exec: only what a signal handler might do.
+    void setupChildProcess() override
+    {
+        unlink(m_output.constData());
+        // Written through to the disk, by the tool and not by the daemon, whom that would hold up.
+        const int file = ::open(m_output.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_SYNC,
+                                S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH);
+        if (file < 0 || dup2(file, STDOUT_FILENO) < 0)
+            _exit(1);
+        ::close(file);
+        limit(RLIMIT_AS, mostMemory);
+        limit(RLIMIT_CPU, mostProcessorSeconds);
+        limit(RLIMIT_FSIZE, largestPicture);
+        limit(RLIMIT_NOFILE, mostFiles);
+        limit(RLIMIT_CORE, 0);
+        setpriority(PRIO_PROCESS, 0, lowestPriority);
+        prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+    }
+
+private:
+    static void limit(__rlimit_resource resource, rlim_t most)
+    {
+        const rlimit both = {most, most};
+        setrlimit(resource, &both);
+    }
+
+    const QByteArray m_output;
+};
+
+PictureMaker::PictureMaker(QObject *parent)
+    : QObject(parent)
+    , m_limit(this)
+{
+    m_limit.setSingleShot(true);
+    connect(&m_limit, &QTimer::timeout, this, [this] {
+        if (m_tool)
+            m_tool->kill();
+    });
+}
+
+PictureMaker::~PictureMaker()
+{
+    if (!m_tool)
+        return;
+    m_tool->disconnect(this);
+    m_tool->kill();
+    m_tool->waitForFinished();
+    QFile::remove(m_work.picturePath + QLatin1String(".new"));
+}
+
+void PictureMaker::make(const QString &guid, const QString &documentPath, const QString &picturePath)
+{
+    const Work work = {guid, documentPath, picturePath};
+    if (m_waiting.size() >= mostWaiting) {
+        answer(work, QStringLiteral("too many pictures wait to be made"));
+        return;
+    }
+    m_waiting.enqueue(work);
+    if (!m_tool)
+        QMetaObject::invokeMethod(this, &PictureMaker::next, Qt::QueuedConnection);
+}
+
+void PictureMaker::next()
+{
+    if (!m_tool && !m_waiting.isEmpty())
+        begin(m_waiting.dequeue());
+}
+
+void PictureMaker::begin(const Work &work)
+{
+    const Tool tool = toolFor(work.documentPath);
+    if (tool.program.isEmpty()) {
+        answer(work, QStringLiteral("there are no pictures of such documents"));
+        QMetaObject::invokeMethod(this, &PictureMaker::next, Qt::QueuedConnection);
+        return;
+    }
+    m_work = work;
+    m_tool = new LimitedProcess(work.picturePath + QLatin1String(".new"), this);
+    m_tool->setProcessEnvironment(toolEnvironment());
+    m_tool->setWorkingDirectory(QStringLiteral("/"));
+    m_tool->setStandardInputFile(work.documentPath);
+    m_tool->setStandardOutputFile(QProcess::nullDevice());
+    m_tool->setStandardErrorFile(QProcess::nullDevice());
+    connect(m_tool, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            finish(QStringLiteral("%1 cannot be run").arg(m_tool->program()));
+    });
+    connect(m_tool, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
+            [this] { finish(takePicture()); });
+    m_limit.start(mostMilliseconds);
+    m_tool->start(tool.program, tool.arguments);
+}
+
+// The reason why there is no picture; empty when there is one.
+QString PictureMaker::takePicture()
+{
+    const QString written = m_work.picturePath + QLatin1String(".new");
+    if (m_tool->exitStatus() != QProcess::NormalExit)
+        return m_limit.isActive() ? QStringLiteral("%1 crashed").arg(m_tool->program())
+                                  : QStringLiteral("%1 takes too long").arg(m_tool->program());
+    if (m_tool->exitCode() != 0 || !isSmallPicture(written))
+        return QStringLiteral("%1 makes no picture of it").arg(m_tool->program());
+    if (std::rename(QFile::encodeName(written).constData(), QFile::encodeName(m_work.picturePath).constData())
+        != 0)
+        return QStringLiteral("the picture cannot be kept");
+    return {};
+}
+
+void PictureMaker::finish(const QString &reason)
+{
+    m_limit.stop();
+    m_tool->disconnect(this);
+    m_tool->deleteLater();
+    m_tool = nullptr;
+    if (!reason.isEmpty())
+        QFile::remove(m_work.picturePath + QLatin1String(".new"));
+    answer(m_work, reason);
+    QMetaObject::invokeMethod(this, &PictureMaker::next, Qt::QueuedConnection);
+}
+
+void PictureMaker::answer(const Work &work, const QString &reason)
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this, work, reason] {
+            if (reason.isEmpty())
+                Q_EMIT made(work.guid, work.picturePath);
+            else
+                Q_EMIT notMade(work.guid, reason);
+        },
+        Qt::QueuedConnection);
+}

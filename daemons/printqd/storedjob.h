@@ -1,0 +1,48 @@
+// One print job as the daemon keeps it: the record that it tells, and what it has to remember besides.
+#pragma once
+
+#include "printjobmetadata.h"
+
+#include <QtCore/QString>
+
+struct StoredJob
+{
+    PrintJobMetaData record;
+    quint64 revision = 0; ///< of the last change of the record; given by the store
+    QString uuid; ///< the transport's lasting name of the job; empty as long as it has none
+    int number = 0; ///< the transport's number of the job, which it may give to another one later
+    QString document; ///< name of the kept document; empty where there never was one
+    QString originalUuid; ///< of an order: the job that it repeats
+    bool isOrder = false; ///< still to be submitted
+    bool wantsDocument = false; ///< its document is still to be copied
+    bool wantsPicture = false; ///< its picture is still to be made
+};
+
+/// A document that can be printed again.
+struct KeptDocument
+{
+    QString name; ///< of the file
+    QString format; ///< MIME type; empty where it is not known
+    qint64 bytes = 0;
+    qint64 used = 0; ///< when it was kept or last printed again, in milliseconds since the epoch
+};
+
+/// A job that is gone here and that the transport has not forgotten yet.
+struct ForgottenJob
+{
+    QString uuid;
+    int number = 0;
+};
+
+/// The value of eventType.
+enum class JobEvent { Seen = 1, StateChanged = 2, Reprint = 3 };
+/// The value of appName.
+enum class JobSource { Unknown = 0, SchedulerClient = 1, Reprint = 2 };
+/// The value of errorValue.
+enum class JobError { None = 0, Failed = 1, Cancelled = 2, Lost = 3 };
+
+/// Whether a job with this status is over.
+bool isFinished(const QString &status);
+/// Time of a job in milliseconds since the epoch; 0 where its time stamp is no number.
+qint64 timeOf(const PrintJobMetaData &record);
+bool isSameRecord(const PrintJobMetaData &a, const PrintJobMetaData &b);
