@@ -60,16 +60,18 @@ ApplicationWindow {
         {
             number: ZBSettingsTabNames.PRINTER_ADVANCED,
             title: qsTr("Printer advanced"), icon: "wrench", page: "pages/PrinterAdvancedPage.qml"
+        },
+        {
+            number: ZBSettingsTabNames.PRINTER_HISTORY,
+            title: qsTr("Print history"), icon: "history", page: "pages/HistoryPage.qml"
         }
     ]
 
-    /// Turns to the tab with this number; says so and stays where it is when there is no page for it.
+    /// Turns to the tab with this number; says so and stays where it is when there is none.
     function showTab(number) {
         notice.hide();
         if (tabs.some(function (tab) { return tab.number === number; }))
             currentTab = number;
-        else if (number >= 0 && number < ZBSettingsTabNames.TABNAME_MAX)
-            notice.show(qsTr("There is no page for tab %1 yet.").arg(number));
         else
             notice.show(qsTr("There is no tab %1.").arg(number));
         if (currentTab < 0)

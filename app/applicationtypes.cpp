@@ -4,6 +4,7 @@
 #include "clockcheck.h"
 #include "networktime.h"
 #include "qmlfunctions.h"
+#include "servicepresence.h"
 
 #include <QtQml/QQmlEngine>
 #include <QtQml/qqml.h>
@@ -31,6 +32,7 @@ void registerApplicationTypes()
 {
     qmlRegisterType<NetworkTime>(module, majorVersion, minorVersion, "NetworkTime");
     qmlRegisterType<ClockCheck>(module, majorVersion, minorVersion, "ClockCheck");
+    qmlRegisterType<ServicePresence>(module, majorVersion, minorVersion, "ServicePresence");
     registerSingleton<ToolOutput>();
     registerSingleton<KeyboardLayouts>();
     registerSingleton<ListSearch>();

@@ -204,6 +204,43 @@ QPainterPath plus()
     return path;
 }
 
+QPainterPath history()
+{
+    QPainterPath path;
+    path.arcMoveTo(QRectF(3.4, 3.4, 17.2, 17.2), 160);
+    path.arcTo(QRectF(3.4, 3.4, 17.2, 17.2), 160, -325);
+    addLine(path, {{3.2, 4.6}, {3.8, 9.2}, {8.4, 8.6}});
+    addLine(path, {{12, 7.6}, {12, 12}, {15, 13.8}});
+    return path;
+}
+
+QPainterPath picture()
+{
+    QPainterPath path;
+    path.addRoundedRect(QRectF(3.5, 4.5, 17, 15), 2, 2);
+    path.addEllipse(QPointF(8.6, 9.4), 1.6, 1.6);
+    addLine(path, {{4, 17}, {9.4, 12.4}, {12.6, 15.2}, {15.8, 11.6}, {20, 15.6}});
+    return path;
+}
+
+QPainterPath pause()
+{
+    QPainterPath path;
+    path.addEllipse(middle, 8.8, 8.8);
+    addLine(path, {{9.6, 8.6}, {9.6, 15.4}});
+    addLine(path, {{14.4, 8.6}, {14.4, 15.4}});
+    return path;
+}
+
+QPainterPath cross()
+{
+    QPainterPath path;
+    path.addEllipse(middle, 8.8, 8.8);
+    addLine(path, {{9, 9}, {15, 15}});
+    addLine(path, {{15, 9}, {9, 15}});
+    return path;
+}
+
 QPainterPath drawing(const QString &name)
 {
     static const QHash<QString, QPainterPath (*)()> drawings = {{QStringLiteral("general"), general},
@@ -225,7 +262,11 @@ QPainterPath drawing(const QString &name)
                                                                 {QStringLiteral("preset"), preset},
                                                                 {QStringLiteral("wrench"), wrench},
                                                                 {QStringLiteral("minus"), minus},
-                                                                {QStringLiteral("plus"), plus}};
+                                                                {QStringLiteral("plus"), plus},
+                                                                {QStringLiteral("history"), history},
+                                                                {QStringLiteral("picture"), picture},
+                                                                {QStringLiteral("pause"), pause},
+                                                                {QStringLiteral("cross"), cross}};
     const auto draw = drawings.value(name);
     return draw ? draw() : QPainterPath();
 }

@@ -34,7 +34,8 @@ constexpr Page pages[] = {{ZBSettingsTabNames::GENERAL, "general"},
                           {ZBSettingsTabNames::PRINTER, "printer"},
                           {ZBSettingsTabNames::PRINTER_ALIGNMENT, "printer-alignment"},
                           {ZBSettingsTabNames::PRINTER_PRESETS, "presets"},
-                          {ZBSettingsTabNames::PRINTER_ADVANCED, "printer-advanced"}};
+                          {ZBSettingsTabNames::PRINTER_ADVANCED, "printer-advanced"},
+                          {ZBSettingsTabNames::PRINTER_HISTORY, "print-history"}};
 
 } // namespace
 
@@ -62,6 +63,7 @@ int PictureTour::run()
     demonstrateKeyboardLayout();
     demonstrateClock();
     demonstratePrinting();
+    demonstrateHistory();
     return m_failures == 0 ? 0 : 1;
 }
 
@@ -72,6 +74,9 @@ void PictureTour::photographPages()
         // What the page asks others, they mostly answer at once.
         if (page.tab == ZBSettingsTabNames::DATE_TIME)
             waitUntil([this] { return !m_driver.visibleText(QStringLiteral("networkTime")).isEmpty(); },
+                      answerMilliseconds);
+        if (page.tab == ZBSettingsTabNames::PRINTER_HISTORY)
+            waitUntil([this] { return m_driver.visibleItem(QStringLiteral("history.none")) != nullptr; },
                       answerMilliseconds);
         writePicture(QLatin1String(page.name));
     }
@@ -120,8 +125,8 @@ void PictureTour::photographPages()
 void PictureTour::photographNotice()
 {
     turnTo(ZBSettingsTabNames::GENERAL);
-    showTab(ZBSettingsTabNames::PRINTER_HISTORY);
-    writePicture(QStringLiteral("tab-without-page"));
+    showTab(ZBSettingsTabNames::TABNAME_MAX);
+    writePicture(QStringLiteral("no-such-tab"));
 }
 
 void PictureTour::demonstrateBrightness()

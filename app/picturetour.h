@@ -1,7 +1,7 @@
 // PictureTour: drives the Settings application without a person, takes pictures of it and checks that the
 // things for which it exists work: storing a setting, turning to a tab on request, showing the internet
 // state, showing what the device is, resetting the supply calibration, choosing a keyboard layout, setting
-// the clock, keeping print options in a preset and printing with them.
+// the clock, keeping print options in a preset and printing with them, and following the printer's jobs.
 #pragma once
 
 #include "virtualdevicecontrol.h"
@@ -35,6 +35,7 @@ private:
     void demonstrateKeyboardLayout();
     void demonstrateClock();
     void demonstratePrinting();
+    void demonstrateHistory();
 
     void compareShown(const QString &item, const QString &expected, const QString &source);
     void compareOffsets();
@@ -48,6 +49,13 @@ private:
     /// Prints the test page; the number of the job, 0 when none was printed.
     int printTestPage(const QString &folder);
     void compareJob(int job);
+    /// Prints three documents with the print system's own tool; whether they appeared.
+    bool printDocuments();
+    void reprintDocument();
+    void killPrintQueue();
+    void clearHistory();
+    /// Names of the newest jobs as the page shows them.
+    QStringList shownJobs(int count) const;
     /// From a list of choices, by its text.
     void choose(const QString &option, const QString &text);
     /// Whether the page lets the clock be set within the patience.

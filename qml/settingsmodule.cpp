@@ -2,7 +2,9 @@
 #include "settingsmodule.h"
 
 #include "guardedtype.h"
+#include "zbprintjobmodel.h"
 
+#include <zbprinterhistory.h>
 #include <zbsettingsmain.h>
 #include <zbsettingsprinter.h>
 #include <zbsettingsqmlenums.h>
@@ -26,6 +28,19 @@ QObject *createSettingsPrinter(QQmlEngine *engine, QJSEngine *scriptEngine)
     return new GuardedType<ZBSettingsPrinter>(scriptEngine, engine);
 }
 
+bool is24HourClock(QQmlEngine *engine)
+{
+    static const int settingsType = qmlTypeId("Corvanta.Settings", majorVersion, minorVersion,
+                                              ZBSettingsMain::staticMetaObject.className());
+    auto *const settings = engine->singletonInstance<ZBSettingsMain *>(settingsType);
+    return settings->getSetting(settings->KEY_DATETIME_24HOUR(), false).toBool();
+}
+
+QObject *createPrinterHistory(QQmlEngine *engine, QJSEngine *scriptEngine)
+{
+    return new GuardedType<ZBPrinterHistory>(scriptEngine, engine, is24HourClock(engine));
+}
+
 template <class Holder> void registerEnumerations(const char *uri)
 {
     const char *const name = Holder::staticMetaObject.className();
@@ -43,6 +58,11 @@ void SettingsModule::registerTypes(const char *uri)
     qmlRegisterSingletonType<ZBSettingsPrinter>(uri, majorVersion, minorVersion,
                                                 ZBSettingsPrinter::staticMetaObject.className(),
                                                 createSettingsPrinter);
+    qmlRegisterSingletonType<ZBPrinterHistory>(uri, majorVersion, minorVersion,
+                                               ZBPrinterHistory::staticMetaObject.className(),
+                                               createPrinterHistory);
+    qmlRegisterType<ZBPrintJobModel>(uri, majorVersion, minorVersion,
+                                     ZBPrintJobModel::staticMetaObject.className());
     registerEnumerations<ZBSettingsAboutInfoFields>(uri);
     registerEnumerations<QMLCupsEnums>(uri);
     registerEnumerations<ZBSettingsTabNames>(uri);

@@ -4,8 +4,12 @@
 #include <QtQml/QQmlExtensionPlugin>
 
 /**
- * Registers the back-end classes under their own names: ZBSettingsMain and ZBSettingsPrinter as singletons,
- * one object of each an engine, and the enumeration holders as types that cannot be created.
+ * Registers the back-end classes under their own names: ZBSettingsMain, ZBSettingsPrinter and
+ * ZBPrinterHistory as singletons, one object of each an engine, and the enumeration holders as types that
+ * cannot be created; and ZBPrintJobModel, which can be.
+ *
+ * ZBPrinterHistory shows its times by the 24-hour clock if the setting says so when the object is made, which
+ * is when QML first uses it.
  */
 class SettingsModule : public QQmlExtensionPlugin
 {

@@ -1,4 +1,4 @@
-// Asks before something is done that cannot be taken back. Whatever closes it but the confirming button does
+// Asks before something is done, mostly what cannot be taken back. Whatever closes it but the confirming button does
 // nothing; Cancel has the focus when it opens.
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
@@ -9,6 +9,8 @@ ModalPopup {
     property string title
     property string text
     property string confirmText
+    /// Whether something is lost.
+    property bool destructive: true
 
     /// By a key on the button, or by a finger.
     signal confirmed(bool byKey)
@@ -70,7 +72,7 @@ ModalPopup {
                 anchors.bottom: parent.bottom
                 width: (parent.width - 16) / 2
                 text: dialog.confirmText
-                destructive: true
+                destructive: dialog.destructive
                 onClicked: {
                     var byKey = visualFocus;
                     dialog.close();

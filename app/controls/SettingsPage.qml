@@ -4,10 +4,10 @@ import QtQuick 2.15
 FocusScope {
     id: page
 
-    property alias title: titleText.text
+    property alias title: heading.title
     default property alias sections: area.items
     /// What the page as a whole can do, at the right of the title.
-    property alias action: actionPlace.data
+    property alias action: heading.action
 
     function scrollToTop() {
         area.contentY = 0;
@@ -27,34 +27,13 @@ FocusScope {
         }
     }
 
-    PlainText {
-        id: titleText
-
-        objectName: "pageTitle"
-        x: Theme.margin + 4
-        width: parent.width - 2 * x - actionPlace.width
-        height: 64
-        font.pixelSize: Theme.titleSize
-        font.weight: Font.DemiBold
-        Accessible.role: Accessible.Heading
-        Accessible.name: text
-    }
-
-    Item {
-        id: actionPlace
-
-        anchors.right: parent.right
-        anchors.rightMargin: Theme.margin
-        y: 8
-        width: childrenRect.width
-        height: childrenRect.height
-    }
+    PageHeading { id: heading }
 
     ScrollArea {
         id: area
 
         objectName: "pageScroll"
-        anchors.top: titleText.bottom
+        anchors.top: heading.bottom
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.bottom: parent.bottom

@@ -5,7 +5,7 @@ Rectangle {
     property alias text: message.text
 
     width: parent ? parent.width : 0
-    height: Math.max(Theme.rowHeight, message.implicitHeight + 24)
+    implicitHeight: Math.max(Theme.rowHeight, message.implicitHeight + 24)
     radius: Theme.radius
     color: Theme.warningSoft
 

@@ -52,7 +52,7 @@ private:
 
 namespace {
 
-constexpr int tabs = 11;
+constexpr int tabs = 12;
 
 QString describe(const UtilityDaemon::Call &call)
 {

@@ -65,7 +65,18 @@ void TestDeviceTour::tourActsOnTheWholeDevice()
           "ok job 1 carries all 18 options of the preset, ipptool says CutMedia=0 Dithering=0 "
           "Feed=Custom.2 Hoffset1=0 Hoffset2=0 MirrorPrint=true NegativePrint=false Overprint=false "
           "R1TensionAdjust=0 R2TensionAdjust=0 RibbonSaver=Enabled Stop=0 Voffset1=0 Voffset2=0 "
-          "WhiteBase=false head1Offset=0 head2Offset=0 orientation-requested=reverse-portrait"})
+          "WhiteBase=false head1Offset=0 head2Offset=0 orientation-requested=reverse-portrait",
+          "ok three documents were printed with lp, the page shows 'Notes', 'Screen', 'Shoe box', the print "
+          "queue has "
+          "'Notes', 'Screen', 'Shoe box'",
+          "ok the page shows the picture of the PDF document",
+          "ok one was printed again, the page says '“Shoe box” was sent to the printer again', the newest "
+          "job is 'Shoe "
+          "box'",
+          "ok the print queue daemon was killed, the page says that it is gone and shows 'Shoe box', "
+          "'Notes', 'Screen'",
+          "ok it was started again: of 5 jobs it has 5, the page shows 'Shoe box', 'Notes', 'Screen'",
+          "ok the history of 5 jobs was cleared, the page says 'No print jobs', the print queue has 0"})
         QVERIFY2(lines.contains(QString::fromUtf8(line)), line);
     QVERIFY2(output.contains("ok the supply calibration was reset, fw_printenv says tachLow="), output);
     QVERIFY2(output.contains("ok the clock was set by hand to 2028-02-29T21:07:00, "), output);
@@ -75,11 +86,28 @@ void TestDeviceTour::tourActsOnTheWholeDevice()
     QVERIFY2(!output.contains("skipped"), output);
     // Nothing on any page is left to the QML engine to complain about.
     QVERIFY2(!errors.contains("qrc:"), errors);
-    for (const char *name :
-         {"about", "about-middle", "about-end", "about-reset-confirmation", "about-reset-done", "languages",
-          "languages-keyboards-search", "languages-german", "date-time-set", "date-time-set-by-hand",
-          "presets-name-typed", "presets-loaded", "presets-deletion", "printer-mirror-portrait",
-          "printer-alignment-test-page", "printer-advanced-changed"})
+    for (const char *name : {"about",
+                             "about-middle",
+                             "about-end",
+                             "about-reset-confirmation",
+                             "about-reset-done",
+                             "languages",
+                             "languages-keyboards-search",
+                             "languages-german",
+                             "date-time-set",
+                             "date-time-set-by-hand",
+                             "presets-name-typed",
+                             "presets-loaded",
+                             "presets-deletion",
+                             "printer-mirror-portrait",
+                             "printer-alignment-test-page",
+                             "printer-advanced-changed",
+                             "history-three",
+                             "history-details",
+                             "history-reprinted",
+                             "history-queue-gone",
+                             "history-queue-back",
+                             "history-cleared"})
         QVERIFY2(QDir(pictures.path()).exists(QString::fromLatin1(name) + QStringLiteral(".png")), name);
 }
 

@@ -23,8 +23,8 @@ private Q_SLOTS:
     void firstTabIsTheOneThatWasAskedFor();
     void messageTurnsToTheTab_data();
     void messageTurnsToTheTab();
-    void numberWithoutAPageLeavesThePageAndSaysSo_data();
-    void numberWithoutAPageLeavesThePageAndSaysSo();
+    void numberWithoutATabLeavesThePageAndSaysSo_data();
+    void numberWithoutATabLeavesThePageAndSaysSo();
     void noticeGoesWithATouch();
     void programSelectsTheTabOfTheRunningApplication();
     void programSaysThatNoApplicationRuns();
@@ -64,6 +64,7 @@ void addPages()
     QTest::newRow("8") << 8 << QStringLiteral("Presets");
     QTest::newRow("9") << 9 << QStringLiteral("About");
     QTest::newRow("10") << 10 << QStringLiteral("Printer advanced");
+    QTest::newRow("11") << 11 << QStringLiteral("Print history");
 }
 
 } // namespace
@@ -83,7 +84,7 @@ void TestTabs::tabsStandInTheOrderOfTheirNumbers()
 {
     AppSession app;
     double above = -1;
-    for (const int tab : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}) {
+    for (const int tab : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}) {
         // The place in the column, which scrolls.
         const double y = app.item(QStringLiteral("tab.%1").arg(tab)).y();
         QVERIFY(y > above);
@@ -115,7 +116,7 @@ void TestTabs::firstTabIsInViewInItsColumn()
 void TestTabs::firstTabIsTheOneThatWasAskedFor_data()
 {
     addPages();
-    QTest::newRow("11") << 0 << QStringLiteral("General");
+    QTest::newRow("12") << 0 << QStringLiteral("General");
     QTest::newRow("99") << 0 << QStringLiteral("General");
 }
 
@@ -148,16 +149,15 @@ void TestTabs::messageTurnsToTheTab()
     QCOMPARE(noticeText(app), QString());
 }
 
-void TestTabs::numberWithoutAPageLeavesThePageAndSaysSo_data()
+void TestTabs::numberWithoutATabLeavesThePageAndSaysSo_data()
 {
     QTest::addColumn<QString>("notice");
-    QTest::newRow("11") << QStringLiteral("There is no page for tab 11 yet.");
     for (const char *number : {"12", "13", "2147483647"})
         QTest::newRow(number) << QStringLiteral("There is no tab %1.").arg(QLatin1String(number));
     QTest::newRow("4294967295") << QStringLiteral("There is no tab -1.");
 }
 
-void TestTabs::numberWithoutAPageLeavesThePageAndSaysSo()
+void TestTabs::numberWithoutATabLeavesThePageAndSaysSo()
 {
     QFETCH(QString, notice);
     AppSession app(3);
@@ -170,12 +170,12 @@ void TestTabs::numberWithoutAPageLeavesThePageAndSaysSo()
 void TestTabs::noticeGoesWithATouch()
 {
     AppSession app(3);
-    QVERIFY(sendMessage("11"));
+    QVERIFY(sendMessage("12"));
     QTRY_VERIFY(app.isVisible(QStringLiteral("notice")));
     app.click(QStringLiteral("notice"));
     QTRY_VERIFY(!app.isVisible(QStringLiteral("notice")));
 
-    QVERIFY(sendMessage("11"));
+    QVERIFY(sendMessage("12"));
     QTRY_VERIFY(app.isVisible(QStringLiteral("notice")));
     app.turnTo(1);
     QTRY_VERIFY(!app.isVisible(QStringLiteral("notice")));

@@ -44,6 +44,8 @@ void TestQmlTypes::everyTypeIsReachableUnderItsClassName_data()
     QTest::addColumn<QString>("name");
     QTest::newRow("settings") << QStringLiteral("ZBSettingsMain");
     QTest::newRow("print options") << QStringLiteral("ZBSettingsPrinter");
+    QTest::newRow("print jobs") << QStringLiteral("ZBPrinterHistory");
+    QTest::newRow("model of print jobs") << QStringLiteral("ZBPrintJobModel");
     QTest::newRow("fields of the About page") << QStringLiteral("ZBSettingsAboutInfoFields");
     QTest::newRow("printing") << QStringLiteral("QMLCupsEnums");
     QTest::newRow("tabs") << QStringLiteral("ZBSettingsTabNames");
