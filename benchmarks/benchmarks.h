@@ -8,5 +8,6 @@ void registerTabMessageBenchmarks();
 void registerAboutBenchmarks();
 void registerLocaleBenchmarks();
 void registerPrinterOptionBenchmarks();
-/// A smoke run leaves out the largest lists.
+/// A smoke run leaves out the long lists.
 void registerHistoryBenchmarks(bool isSmoke);
+void registerHistoryFetchBenchmarks(bool isSmoke);

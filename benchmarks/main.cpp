@@ -107,6 +107,7 @@ int main(int argumentCount, char **arguments)
     registerLocaleBenchmarks();
     registerPrinterOptionBenchmarks();
     registerHistoryBenchmarks(options.isSmoke);
+    registerHistoryFetchBenchmarks(options.isSmoke);
 
     RatioReport report(!options.isSmoke);
     runAll(report);

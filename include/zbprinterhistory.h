@@ -27,11 +27,12 @@ struct ZBPrinterHistoryPrivate;
  *
  * \par Threads and blocking
  * Everything runs on the thread that created the object, which must have an event loop. Calls of the daemon
- * wait for its answer, until the D-Bus time-out (25 s) where it hangs. A daemon that is not running fails at
- * once.
+ * wait for its answer. One that hangs holds each for the D-Bus time-out of 25 s: making the object and a
+ * reprint make two of them. One that is not running fails at once, unless the bus starts it.
  *
  * \par Errors
- * No slot returns an error and nothing is logged. Where the list cannot be had, the last one stays on show.
+ * No slot returns an error and nothing is logged. Where the list cannot be had, the last one stays on show,
+ * until a job changes again or another refresh runs.
  *
  * The object of the IPC library is never deleted: it lives as long as the process.
  */
@@ -51,7 +52,7 @@ public:
 
 Q_SIGNALS:
     /// The list is about to be asked for again, or is new: a change of a job is announced twice, before and
-    /// after.
+    /// after, and once where the list could not be had.
     void printJobsHistoryChanged();
 
 public Q_SLOTS:

@@ -28,7 +28,6 @@ QString JobStore::open()
     m_floor = content.floor;
     for (const KeptDocument &document : content.documents)
         m_documents.insert(document.name, {document, 0});
-    m_jobs.reserve(size_t(content.jobs.size()));
     for (StoredJob &job : content.jobs) {
         share(job.record);
         keep(job);

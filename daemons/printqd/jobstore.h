@@ -15,7 +15,6 @@
 #include <map>
 #include <optional>
 #include <set>
-#include <unordered_map>
 
 /// What changed since a revision.
 struct JobDifference
@@ -76,6 +75,7 @@ public:
     QVector<ForgottenJob> forgotten() const;
 
     int size() const;
+    /// In their order, which makes them cheap to put into a map.
     QStringList guids() const;
     QStringList documentNames() const;
     void forEach(const std::function<void(const StoredJob &)> &look) const;
@@ -117,7 +117,7 @@ private:
     QString m_epoch;
     quint64 m_revision = 0;
     quint64 m_floor = 0;
-    std::unordered_map<QString, StoredJob> m_jobs;
+    std::map<QString, StoredJob> m_jobs;
     std::map<quint64, const StoredJob *> m_byRevision;
     std::set<std::pair<qint64, QString>> m_finished;
     QHash<QString, QString> m_guidOfUuid;

@@ -17,8 +17,10 @@ QVariantList JobList::rebuilt(const JobMap &jobs)
 {
     const JobTime time(m_is24HourClock);
     const QByteArray circumstances = time.circumstances();
-    if (circumstances != m_circumstances)
+    if (circumstances != m_circumstances) {
         m_rows.clear();
+        m_order.clear();
+    }
     m_circumstances = circumstances;
 
     // Both are in the order of their keys. Rows stay where they are until the first that comes or goes.

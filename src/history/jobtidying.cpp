@@ -11,7 +11,9 @@ void tidyJob(PrintJobMetaData &job)
             break;
         }
     }
-    job.imagePath.prepend(QLatin1String("file:///"));
+    const QString scheme = QStringLiteral("file:///");
+    // Most jobs have no picture, and share this text then.
+    job.imagePath = job.imagePath.isEmpty() ? scheme : scheme + job.imagePath;
 }
 
 bool isListed(const PrintJobMetaData &job)

@@ -6,7 +6,10 @@
 #include "zbipc.h"
 #include "zbprinterhistory_p.h"
 
+#include <QtCore/QPointer>
 #include <QtDBus/QDBusReply>
+
+#include <utility>
 
 ZBPrinterHistory::ZBPrinterHistory(QObject *parent, bool is24HourClock)
     : QObject(parent)
@@ -36,9 +39,12 @@ void ZBPrinterHistory::populatePrintJobHistoryMap()
     for (const QString &guid : guids) {
         PrintJobMetaData job = d->ipc->getJobInfo(guid);
         tidyJob(job);
-        if (isListed(job))
-            // The same text, where it is the same: the list of the next fetch then finds its rows sooner.
-            d->jobs.insert(guid == job.GUID ? job.GUID : guid, job);
+        if (!isListed(job))
+            continue;
+        // The same text, where it is the same: the list of the next fetch then finds its rows sooner. A
+        // daemon that names its jobs in their order spares the search for the place of each.
+        const QString &key = guid == job.GUID ? job.GUID : guid;
+        *d->jobs.insert(d->jobs.cend(), key, PrintJobMetaData()) = std::move(job);
     }
     setPrintJobsHistory();
 }
@@ -52,8 +58,11 @@ void ZBPrinterHistory::setPrintJobsHistory()
 void ZBPrinterHistory::updatePrintJobHistory(QString guid)
 {
     d->jobs.remove(guid);
+    // A slot may delete the object.
+    const QPointer<ZBPrinterHistory> isThere(this);
     Q_EMIT printJobsHistoryChanged();
-    populatePrintJobHistoryMap();
+    if (isThere)
+        populatePrintJobHistoryMap();
 }
 
 void ZBPrinterHistory::reprintPrintJob(QString GUID)

@@ -17,6 +17,7 @@
 #include <malloc.h>
 #include <memory>
 #include <random>
+#include <sys/stat.h>
 
 namespace {
 
@@ -127,7 +128,8 @@ private Q_SLOTS:
     void jobsOfTheSameTimeStandTogether();
     void theListIsThatOfThePlainWay_data();
     void theListIsThatOfThePlainWay();
-    void aChangedZoneOrClockMakesNewTexts();
+    void aChangedZoneMakesNewTexts();
+    void theZoneOfTheMachineIsAmongWhatTheTextsHangOn();
     void anOldListStaysAsItWas();
     void aJobCostsHardlyMoreMemoryThanItsMap();
 };
@@ -427,6 +429,8 @@ void TestJobParts::aChangeOfAnyMemberIsShown()
         return after != before && after == plainJobList(changed, true);
     };
     QVERIFY(!differs([](PrintJobMetaData &) {}));
+    // From another GUID to that of the map as well.
+    QVERIFY(differs([](PrintJobMetaData &changed) { changed.GUID = QStringLiteral("key"); }));
     QVERIFY(differs([](PrintJobMetaData &changed) { changed.timeStamp = QStringLiteral("0"); }));
     for (const auto member :
          {&PrintJobMetaData::GUID, &PrintJobMetaData::jobName, &PrintJobMetaData::jobStatus,
@@ -541,13 +545,25 @@ void TestJobParts::theListIsThatOfThePlainWay()
     }
 }
 
-void TestJobParts::aChangedZoneOrClockMakesNewTexts()
+void TestJobParts::aChangedZoneMakesNewTexts()
 {
     JobList list(true);
     const JobMap jobs = {{QStringLiteral("a"), job(QStringLiteral("a"), QString::number(march5))}};
     QCOMPARE(column(list.rebuilt(jobs), "timeStamp"), texts({"03/05/2021 14:07"}));
     const ZoneOf berlin("Europe/Berlin");
     QCOMPARE(column(list.rebuilt(jobs), "timeStamp"), texts({"03/05/2021 15:07"}));
+    const ZoneOf newYork("America/New_York");
+    QCOMPARE(list.rebuilt({}), QVariantList());
+    QCOMPARE(column(list.rebuilt(jobs), "timeStamp"), texts({"03/05/2021 09:07"}));
+}
+
+void TestJobParts::theZoneOfTheMachineIsAmongWhatTheTextsHangOn()
+{
+    struct stat zone = {};
+    if (::stat("/etc/localtime", &zone) != 0)
+        QSKIP("This machine has no zone.");
+    const ZoneOf none(QByteArray{});
+    QVERIFY(JobTime(true).circumstances().contains(QByteArray::number(qint64(zone.st_ino))));
 }
 
 void TestJobParts::anOldListStaysAsItWas()

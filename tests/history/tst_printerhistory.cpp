@@ -137,6 +137,8 @@ private Q_SLOTS:
     void aChangeFromAnotherThreadIsHandledOnThisOne();
     void aChangeDuringAFetchIsHandledAtOnce();
 
+    void aSlotMayDeleteTheObject();
+
     void reprintSendsTheGuidAndRefreshes();
     void reprintThatFailsRefreshesAllTheSame();
     void clearSendsTheCommandAndNothingElse();
@@ -485,6 +487,21 @@ void TestPrinterHistory::aChangeDuringAFetchIsHandledAtOnce()
     };
     QVERIFY(update(history, QStringLiteral("a")));
     QCOMPARE(announcements.lists(), texts({"B A", "B A", "B A", "B A"}));
+}
+
+void TestPrinterHistory::aSlotMayDeleteTheObject()
+{
+    for (const int last : {1, 2}) {
+        auto *const history = new ZBPrinterHistory(nullptr, true);
+        int announcements = 0;
+        connect(history, &ZBPrinterHistory::printJobsHistoryChanged, history,
+                [&announcements, last, history] {
+                    if (++announcements == last)
+                        delete history;
+                });
+        Q_EMIT recordingIpc().made.last()->PrintJobInfoChanged(QStringLiteral("a"));
+        QCOMPARE(announcements, last);
+    }
 }
 
 void TestPrinterHistory::reprintSendsTheGuidAndRefreshes()
