@@ -3,7 +3,7 @@
 
 #include "postedcall.h"
 
-#include <QtCore/QSet>
+#include <QtCore/QHash>
 #include <QtCore/QString>
 
 /**
@@ -20,9 +20,13 @@ public:
     bool goesOnWith(const QString &guid);
     void beginWith(const QString &guid);
     void end();
+    /// Ends it and gives the memory back.
+    void forget();
 
 private:
     bool m_isUnderWay = false;
-    QSet<QString> m_asked;
+    quint64 m_number = 0; ///< of the fetch that is under way, or of the last one
+    int m_askedCount = 0;
+    QHash<QString, quint64> m_askedIn; ///< number of the fetch in which a job was asked for last
     PostedCall m_returnToEventLoop;
 };

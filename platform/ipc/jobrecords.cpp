@@ -6,7 +6,7 @@
 
 namespace {
 
-// Four times the jobs that the reference daemon keeps at most, in answers of 4,000.
+// Eight times the jobs that the reference daemon can be told to keep, 500,000, in answers of 4,000.
 constexpr int mostAnswers = 1000;
 // Nothing but a daemon that loses its store again and again begins so often within one update.
 constexpr int mostBeginnings = 3;

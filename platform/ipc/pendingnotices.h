@@ -11,7 +11,7 @@
  *
  * Two kinds. The daemon's own news is told in any case. What was found out by comparison, after the daemon
  * was away, is taken out when the job is read in the meantime: whoever reads the whole list after the first
- * of 10,000 notices is not told of the other 9,999.
+ * of 10,000 notices is not told of the other jobs in that list. A job that is gone is in no list and stays.
  */
 class PendingNotices
 {

@@ -3,6 +3,10 @@
 
 #include "zbipc_p.h"
 
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QMetaMethod>
+#include <QtCore/QPointer>
+
 #include <utility>
 
 namespace {
@@ -10,6 +14,9 @@ namespace {
 /// Of the jobs that changed at once, so many are told to somebody who reads all jobs each time. Reading
 /// thousands of jobs thousands of times would keep a program busy for minutes, and tell it nothing new.
 constexpr int mostToldToAReaderOfAll = 50;
+
+/// A turn in which nothing is read takes less, unless it waits.
+constexpr int longTurnMilliseconds = 200;
 
 } // namespace
 
@@ -44,13 +51,15 @@ ZBIPC::Private::Private(ZBIPC *ipc)
 
 PrintJobMetaData ZBIPC::Private::jobInfo(const QString &guid)
 {
+    ++reads;
     // What the daemon said before it answered whatever led to this question: without an event loop, nothing
     // else tells that a new fetch has begun.
     listener.catchUp();
     if (!bounds.goesOnWith(guid)) {
-        fetch();
+        // News that arrives meanwhile ends it again.
         bounds.beginWith(guid);
         readInFetch = 0;
+        fetch();
     }
     if (hasFetchFailed)
         return {};
@@ -119,8 +128,24 @@ void ZBIPC::Private::fail()
 {
     hasFetchFailed = true;
     isBehind = true;
-    if (std::exchange(mayLookAfterFailure, false))
+    if (std::exchange(mayLookAfterFailure, false)) {
+        isTellingHeld = true;
         looking.post(Qt::NormalEventPriority);
+    }
+}
+
+bool ZBIPC::Private::isListenedTo() const
+{
+    static const QMetaMethod signal = QMetaMethod::fromSignal(&ZBIPC::PrintJobInfoChanged);
+    return q->isSignalConnected(signal);
+}
+
+void ZBIPC::Private::forget()
+{
+    bounds.forget();
+    endLook();
+    records = JobRecords();
+    notices = PendingNotices();
 }
 
 void ZBIPC::Private::daemonAppeared()
@@ -139,6 +164,7 @@ void ZBIPC::Private::daemonVanished()
     bounds.end();
     lookUpdate.reset();
     lookCall.reset();
+    goOnTelling();
 }
 
 void ZBIPC::Private::jobsChanged(const QStringList &guids)
@@ -154,6 +180,10 @@ void ZBIPC::Private::look()
 {
     if (!isBehind)
         return;
+    if (!isListenedTo()) {
+        forget();
+        return;
+    }
     if (daemonKnowsSingleJobsOnly) {
         waitFor(JobDaemon::askForJobList(), &Private::jobListCame);
         return;
@@ -191,6 +221,7 @@ void ZBIPC::Private::changesCame(const QDBusMessage &reply)
     } else if (step == JobUpdate::Step::Failed) {
         // Still behind: the next fetch that succeeds finds out what changed.
         lookUpdate.reset();
+        goOnTelling();
     } else {
         const JobRecords now = lookUpdate->takeRecords();
         endLook();
@@ -201,8 +232,10 @@ void ZBIPC::Private::changesCame(const QDBusMessage &reply)
 void ZBIPC::Private::jobListCame(const QDBusMessage &reply)
 {
     QStringList guids;
-    if (JobDaemon::readJobList(reply, &guids) != CallOutcome::Answered)
+    if (JobDaemon::readJobList(reply, &guids) != CallOutcome::Answered) {
+        goOnTelling();
         return;
+    }
     endLook();
     // What changed of them, such a daemon does not say.
     note(guids);
@@ -214,6 +247,14 @@ void ZBIPC::Private::endLook()
     isBehind = false;
     lookUpdate.reset();
     lookCall.reset();
+    goOnTelling();
+}
+
+void ZBIPC::Private::goOnTelling()
+{
+    isTellingHeld = false;
+    if (!notices.isEmpty())
+        telling.post(Qt::LowEventPriority);
 }
 
 void ZBIPC::Private::note(const QStringList &guids)
@@ -226,11 +267,34 @@ void ZBIPC::Private::note(const QStringList &guids)
 
 void ZBIPC::Private::tellNext()
 {
-    if (notices.isEmpty())
+    if (notices.isEmpty() || isTellingHeld)
         return;
+    if (!isListenedTo()) {
+        forget();
+        return;
+    }
     const QString guid = notices.takeNext();
     // The next one in another turn, behind all other events, so that the program lives in between.
     if (!notices.isEmpty())
         telling.post(Qt::LowEventPriority);
+    const QPointer<ZBIPC> isThere(q);
+    const quint64 readsBefore = reads;
+    QElapsedTimer turn;
+    turn.start();
     Q_EMIT q->PrintJobInfoChanged(guid);
+    if (!isThere)
+        return;
+    if (reads != readsBefore) {
+        toldAgain.clear();
+    } else if (turn.elapsed() >= longTurnMilliseconds) {
+        // Whoever was told waited, as like as not for a daemon that does not answer, and would wait as long
+        // for each of the others. So they are told when it has answered a look, which waits for nothing.
+        if (!toldAgain.contains(guid)) {
+            toldAgain.insert(guid);
+            notices.addUnlessRead(guid);
+        }
+        isTellingHeld = true;
+        isBehind = true;
+        look();
+    }
 }

@@ -41,10 +41,18 @@ Q_SIGNALS:
     /**
      * A job has changed, appeared or gone: once for every job that the daemon names, and after the daemon was
      * away, or a fetch has failed, for every job that is not as it was read last. Jobs of the latter kind
-     * that are read before their turn comes are left out.
+     * that are read before their turn comes are left out. What else turns out to have changed when jobs are
+     * read raises nothing.
      *
      * Raised from the event loop, one job a turn, after the other events of that turn. A job whose turn has
      * not come yet is not queued again.
+     *
+     * One exception: when somebody has read every job that the daemon has, in one fetch, only the oldest 50
+     * of the jobs that then wait are told, and no others. Where the daemon has no job left there is none to
+     * read, and all are told.
+     *
+     * An object whose signal is connected to nothing forgets, from the event loop, what it has read and what
+     * it would have told as soon as there is something to tell. It can be read as before.
      */
     void PrintJobInfoChanged(QString guid);
 

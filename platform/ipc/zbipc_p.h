@@ -8,6 +8,7 @@
 #include "postedcall.h"
 #include "zbipc.h"
 
+#include <QtCore/QSet>
 #include <QtDBus/QDBusPendingCallWatcher>
 
 #include <memory>
@@ -28,6 +29,12 @@ private:
     void daemonVanished();
     void jobsChanged(const QStringList &guids);
 
+    /// To be asked from the event loop only: ZBPrinterHistory connects after its first fetch, and is to be
+    /// told of the news that came during it.
+    bool isListenedTo() const;
+    /// Gives the memory back: whoever has gone must not be kept up to date. A new reader asks for everything.
+    void forget();
+
     // The look at what changed while the daemon was away. It waits for nothing, and leaves the records alone:
     // they are what the readers know, until the readers ask.
     void look();
@@ -38,6 +45,7 @@ private:
     void note(const QStringList &guids);
 
     void tellNext();
+    void goOnTelling();
 
     ZBIPC *const q;
     JobDaemonListener listener;
@@ -58,5 +66,8 @@ private:
     std::unique_ptr<QDBusPendingCallWatcher> lookCall;
 
     PendingNotices notices;
+    quint64 reads = 0; ///< how often a job was asked for
+    bool isTellingHeld = false; ///< until a look was answered
+    QSet<QString> toldAgain; ///< since the last time that somebody read
     PostedCall telling;
 };

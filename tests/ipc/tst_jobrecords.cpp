@@ -327,6 +327,14 @@ void TestJobRecords::theOldestNoticesCanBeKept()
     notices.noteRead(a);
     notices.noteRead(b);
     QCOMPARE(told(&notices), QStringLiteral("b"));
+
+    // Those that were read do not count.
+    notices.addUnlessRead(a);
+    for (const QString &guid : {b, c, QStringLiteral("d")})
+        notices.add(guid);
+    notices.noteRead(a);
+    notices.keepNext(2);
+    QCOMPARE(told(&notices), QStringLiteral("bc"));
 }
 
 void TestJobRecords::machineWithoutABusHasNoJobs()
