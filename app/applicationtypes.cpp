@@ -3,6 +3,7 @@
 
 #include "clockcheck.h"
 #include "networktime.h"
+#include "printqueueprobe.h"
 #include "qmlfunctions.h"
 #include "servicepresence.h"
 
@@ -33,6 +34,7 @@ void registerApplicationTypes()
     qmlRegisterType<NetworkTime>(module, majorVersion, minorVersion, "NetworkTime");
     qmlRegisterType<ClockCheck>(module, majorVersion, minorVersion, "ClockCheck");
     qmlRegisterType<ServicePresence>(module, majorVersion, minorVersion, "ServicePresence");
+    qmlRegisterType<PrintQueueProbe>(module, majorVersion, minorVersion, "PrintQueueProbe");
     registerSingleton<ToolOutput>();
     registerSingleton<KeyboardLayouts>();
     registerSingleton<ListSearch>();

@@ -14,14 +14,18 @@ const char helpText[] = R"(Usage: zbsettings [OPTIONS]
 The Settings application of the label printer.
 
   --tab N         open at the tab with number N (0 General, 1 Date & Time, 2 Networking,
-                  3 System Updates, 4 Languages, 5 Users & Passwords, 9 About)
+                  3 System Updates, 4 Languages, 5 Users & Passwords, 6 Printer,
+                  7 Printer alignment, 8 Presets, 9 About, 10 Printer advanced,
+                  11 Print history)
   --size WxH      size of the window, 640x400 or more; 800x480 when not given
   --select-tab N  ask the Settings application that is running to turn to tab N, and end
   --pictures DIR  drive the application without a display: write a picture of every page into DIR,
                   move the brightness slider, select a tab from another process, take the internet
                   away and bring it back, compare the About page with the tools, reset the supply
-                  calibration, choose a keyboard layout, set the clock; print what worked, and end
-                  with 0 only if all of it did.
+                  calibration, choose a keyboard layout, set the clock, save a preset and load it,
+                  print the test page; print three documents, print one of them again, kill the
+                  print queue, clear the history; print what worked, and end with 0 only if all
+                  of it did.
                   Changes stored settings: made for the virtual device (zbvirtualdevice)
   -h, --help      print this text
   -v, --version   print the version

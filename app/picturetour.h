@@ -56,6 +56,7 @@ private:
     void clearHistory();
     /// Names of the newest jobs as the page shows them.
     QStringList shownJobs(int count) const;
+    bool showsPicture(const QString &item) const;
     /// From a list of choices, by its text.
     void choose(const QString &option, const QString &text);
     /// Whether the page lets the clock be set within the patience.

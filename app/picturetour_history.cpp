@@ -63,6 +63,12 @@ QStringList PictureTour::shownJobs(int count) const
     return names;
 }
 
+bool PictureTour::showsPicture(const QString &item) const
+{
+    const QQuickItem *const picture = m_driver.visibleItem(item);
+    return picture && picture->property("isShown").toBool();
+}
+
 bool PictureTour::printDocuments()
 {
     const PrintQueueControl queue;
@@ -98,11 +104,7 @@ bool PictureTour::printDocuments()
     report(isShown,
            QStringLiteral("three documents were printed with lp, the page shows %1, the print queue has %2")
                .arg(quoted(shown), quoted(known)));
-    const auto hasPicture = [this] {
-        const QQuickItem *const picture = m_driver.visibleItem(QStringLiteral("job.2.picture"));
-        return picture && picture->property("isShown").toBool();
-    };
-    report(waitUntil(hasPicture, printMilliseconds),
+    report(waitUntil([this] { return showsPicture(QStringLiteral("job.2.picture")); }, printMilliseconds),
            QStringLiteral("the page shows the picture of the PDF document"));
     writePicture(QStringLiteral("history-three"));
     return isShown;
@@ -113,6 +115,7 @@ void PictureTour::reprintDocument()
     const PrintQueueControl queue;
     const int before = queue.jobs().size();
     click(rowName(2));
+    waitUntil([this] { return showsPicture(QStringLiteral("job.picture")); }, printMilliseconds);
     writePicture(QStringLiteral("history-details"));
     click(QStringLiteral("job.reprint"));
     writePicture(QStringLiteral("history-reprint-confirmation"));
@@ -138,7 +141,7 @@ void PictureTour::killPrintQueue()
     const int rows = 3;
     const QStringList shown = shownJobs(rows);
     const auto isSaidToBeGone = [this] {
-        return m_driver.visibleItem(QStringLiteral("history.absent")) != nullptr;
+        return m_driver.visibleItem(QStringLiteral("history.trouble")) != nullptr;
     };
     const bool isKilled = queue.kill() && waitUntil(isSaidToBeGone, daemonMilliseconds);
     report(isKilled && shownJobs(rows) == shown,

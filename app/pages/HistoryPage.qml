@@ -10,49 +10,125 @@ FocusScope {
     property alias title: heading.title
     readonly property bool isAbsent: queue.state === ServicePresence.Absent
     readonly property bool isRead: jobs.history !== null
+    /// What is wrong with the print queue; empty where nothing is known to be.
+    readonly property string trouble: {
+        if (isAbsent)
+            return qsTr("The print queue is not running.");
+        if (probe.state === PrintQueueProbe.Silent)
+            return qsTr("The print queue does not answer.");
+        return probe.state === PrintQueueProbe.Failing ? qsTr("The print queue cannot list its jobs.") : "";
+    }
+    /// Whether the print queue says itself that there are none.
+    readonly property bool isEmpty: isRead && !isAbsent && jobs.count === 0 && probe.jobCount === 0
+                                    && probe.state === PrintQueueProbe.Answering
+    /// From an order until it shows, or is said not to.
+    readonly property bool isBusy: order !== null || impatience.running
+    /// Why nothing can be ordered; empty where it can.
+    readonly property string hindrance: isAbsent || probe.state === PrintQueueProbe.Silent ? trouble
+                                        : isBusy ? qsTr("The last order is not done yet.") : ""
 
     /// What was done last, and whether it did not work.
     property string report
     property bool isComplaint
     /// The job that a question is about.
     property var asked: ({})
-    /// The job that was to be printed again last.
-    property var ordered: ({})
-    /// What was asked of the queue and did not show yet.
+    /// What is to be ordered when the queue is known to answer, "reprint" or "clear", and the job; or nothing.
+    property var order: null
+    /// What was ordered and did not show yet, and the job.
     property string expected
-    /// How long a change is waited for before the page says that there is none, in milliseconds.
+    property var ordered: ({})
+    /// All in milliseconds: how long a change is waited for before the page says that there is none, and until it is
+    /// no longer taken for what was ordered; how long the print queue may take to answer; how long a report stays;
+    /// after how long a print queue that could not list its jobs is asked again.
     property int patience: 5000
+    property int memory: 60000
+    property alias queuePatience: probe.patience
+    property int reportTime: 10000
+    property int retryTime: 5000
+
+    function say(text, complaint) {
+        isComplaint = complaint;
+        report = text;
+        reportEnd.restart();
+    }
 
     function tell(text) {
-        isComplaint = false;
-        report = text;
+        say(text, false);
     }
 
     function complain(text) {
-        isComplaint = true;
-        report = text;
+        say(text, true);
     }
 
-    /// The back end does not say what became of it: the list does.
-    function expect(change) {
-        expected = change;
-        ordered = asked;
+    function forgetReport() {
+        isComplaint = false;
+        report = "";
+    }
+
+    /// The back end would wait for a print queue that hangs, which is therefore asked first whether it answers.
+    function place(what) {
+        order = { what: what, job: asked };
         tell(qsTr("Asking the print queue…"));
-        order.restart();
+        probe.ask();
+        decide();
     }
 
+    function decide() {
+        if (order === null)
+            return;
+        if (probe.state === PrintQueueProbe.Answering || probe.state === PrintQueueProbe.Failing)
+            giving.restart();
+        else if (probe.state === PrintQueueProbe.Absent)
+            refuse(qsTr("The print queue is not running; nothing was ordered"));
+        else if (probe.state === PrintQueueProbe.Silent)
+            refuse(qsTr("The print queue does not answer; nothing was ordered"));
+    }
+
+    function refuse(text) {
+        order = null;
+        complain(text);
+    }
+
+    /// The back end does not say what becomes of it: the list does.
     function give() {
+        var begin = Date.now();
+        expected = order.what;
+        ordered = order.job;
         impatience.restart();
+        oblivion.restart();
         if (expected === "reprint")
             ZBPrinterHistory.reprintPrintJob(ordered.GUID);
         else
             ZBPrinterHistory.cancelPrintJob();
+        order = null;
+        if (expected !== "" && Date.now() - begin > patience) {
+            disappoint(expected === "reprint" ? qsTr("The print queue does not answer; it may still print later")
+                                              : qsTr("The print queue does not answer; it may still clear later"));
+            probe.ask();
+        }
     }
 
     function fulfilled(text) {
         expected = "";
         impatience.stop();
         tell(text);
+    }
+
+    /// A job that was to be printed again may come yet; what goes later need not have been cleared.
+    function disappoint(text) {
+        if (expected === "clear")
+            expected = "";
+        impatience.stop();
+        complain(text);
+    }
+
+    function isOrdered(job) {
+        return job.jobName === ordered.jobName && (job.eventType === 3 || job.appName === 2);
+    }
+
+    function askForList() {
+        if (visible && jobs.count === 0)
+            probe.ask();
     }
 
     function show(row) {
@@ -67,13 +143,23 @@ FocusScope {
             details.close();
             reprinting.close();
             clearing.close();
+            forgetReport();
         }
+        askForList();
     }
+    Component.onCompleted: askForList()
 
     ServicePresence {
         id: queue
 
         service: "com.corvanta.printqd"
+        onStateChanged: if (state === ServicePresence.Present) page.askForList()
+    }
+
+    PrintQueueProbe {
+        id: probe
+
+        onStateChanged: page.decide()
     }
 
     ZBPrintJobModel {
@@ -83,7 +169,7 @@ FocusScope {
             if (page.expected !== "reprint")
                 return;
             for (var row = first; row <= last; ++row) {
-                if (jobAt(row).jobName === page.ordered.jobName) {
+                if (page.isOrdered(jobAt(row))) {
                     page.fulfilled(qsTr("%1 was sent to the printer again").arg(JobTexts.quoted(page.ordered)));
                     return;
                 }
@@ -94,6 +180,7 @@ FocusScope {
                 page.fulfilled(count === 0 ? qsTr("The history was cleared")
                                            : qsTr("The finished jobs were cleared"));
         }
+        onCountChanged: page.askForList()
         onJobsChanged: {
             if (!details.visible && !reprinting.visible)
                 return;
@@ -111,14 +198,35 @@ FocusScope {
     Timer {
         interval: 20
         running: page.visible && !page.isRead
+                 && (probe.state === PrintQueueProbe.Answering || probe.state === PrintQueueProbe.Absent)
         onTriggered: jobs.history = ZBPrinterHistory
     }
 
     Timer {
-        id: order
+        id: giving
 
         interval: 20
         onTriggered: page.give()
+    }
+
+    Timer {
+        interval: page.retryTime
+        running: page.visible && probe.state === PrintQueueProbe.Failing
+        onTriggered: probe.ask()
+    }
+
+    Timer {
+        id: reportEnd
+
+        interval: page.reportTime
+        onTriggered: page.forgetReport()
+    }
+
+    Timer {
+        id: oblivion
+
+        interval: page.memory
+        onTriggered: page.expected = ""
     }
 
     Timer {
@@ -127,10 +235,10 @@ FocusScope {
         interval: page.patience
         onTriggered: {
             if (page.expected === "reprint")
-                page.complain(qsTr("%1 could not be printed again. Its document may no longer be kept.")
-                              .arg(JobTexts.quoted(page.ordered)));
+                page.disappoint(qsTr("%1 could not be printed again. Its document may no longer be kept.")
+                                .arg(JobTexts.quoted(page.ordered)));
             else if (page.expected === "clear")
-                page.complain(qsTr("Nothing was cleared. Jobs that are not finished stay."));
+                page.disappoint(qsTr("Nothing was cleared. Jobs that are not finished stay."));
         }
     }
 
@@ -138,12 +246,15 @@ FocusScope {
         id: heading
 
         action: PushButton {
+            id: clearButton
+
             objectName: "history.clear"
             text: qsTr("Clear…")
             plain: true
             destructive: true
-            enabled: jobs.count > 0 && !page.isAbsent
-            onClicked: clearing.open()
+            // It keeps the focus when there is nothing left to be cleared.
+            resting: jobs.count === 0 || page.hindrance !== ""
+            onClicked: if (!resting) clearing.open()
         }
     }
 
@@ -157,7 +268,8 @@ FocusScope {
         width: parent.width - 2 * x
         height: 26
         text: page.report !== "" ? page.report
-              : !page.isRead ? qsTr("Reading…")
+              : !page.isRead ? (page.trouble === "" ? qsTr("Reading…") : "")
+              : jobs.count === 0 ? ""
               : jobs.count === 1 ? qsTr("1 job") : qsTr("%1 jobs, newest first").arg(jobs.count)
         color: page.isComplaint ? Theme.warning : Theme.secondaryText
         font.pixelSize: Theme.smallSize
@@ -166,22 +278,21 @@ FocusScope {
     }
 
     WarningBanner {
-        id: absence
+        id: banner
 
-        objectName: "history.absent"
+        objectName: "history.trouble"
         anchors.top: reportText.bottom
         anchors.topMargin: 6
         x: Theme.margin
         width: parent.width - 2 * x
-        height: page.isAbsent ? implicitHeight : 0
-        visible: page.isAbsent
-        text: jobs.count > 0 ? qsTr("The print queue is not running. The jobs are those that were known last.")
-                             : qsTr("The print queue is not running.")
+        height: visible ? implicitHeight : 0
+        visible: page.trouble !== ""
+        text: jobs.count > 0 ? page.trouble + " " + qsTr("The jobs are those that were known last.") : page.trouble
     }
 
     Rectangle {
-        anchors.top: absence.bottom
-        anchors.topMargin: page.isAbsent ? 12 : 0
+        anchors.top: banner.bottom
+        anchors.topMargin: banner.visible ? 12 : 0
         anchors.bottom: parent.bottom
         anchors.bottomMargin: Theme.margin
         x: Theme.margin
@@ -261,7 +372,8 @@ FocusScope {
         Column {
             anchors.centerIn: parent
             width: parent.width - 2 * Theme.margin
-            visible: jobs.count === 0 && page.isRead
+            visible: jobs.count === 0
+                     && (page.trouble !== "" || page.isRead && probe.state === PrintQueueProbe.Answering)
             spacing: 8
 
             Icon {
@@ -276,12 +388,12 @@ FocusScope {
                 objectName: "history.none"
                 width: parent.width
                 horizontalAlignment: Text.AlignHCenter
-                text: page.isAbsent ? qsTr("No jobs are known") : qsTr("No print jobs")
+                text: page.isEmpty ? qsTr("No print jobs") : qsTr("No jobs are known")
             }
 
             PlainText {
                 width: parent.width
-                visible: !page.isAbsent
+                visible: page.isEmpty
                 horizontalAlignment: Text.AlignHCenter
                 text: qsTr("What is printed appears here by itself")
                 color: Theme.secondaryText
@@ -295,7 +407,7 @@ FocusScope {
         id: details
 
         job: page.asked
-        canReprint: !page.isAbsent
+        hindrance: page.hindrance
         onReprint: reprinting.open()
         onClosed: list.forceActiveFocus(Qt.OtherFocusReason)
     }
@@ -309,7 +421,7 @@ FocusScope {
         destructive: false
         onConfirmed: {
             details.close();
-            page.expect("reprint");
+            page.place("reprint");
         }
     }
 
@@ -320,6 +432,11 @@ FocusScope {
         text: qsTr("All jobs that are finished go from the history, and with them what is kept to print them again. "
                    + "They cannot be brought back. Jobs that wait or are being printed stay.")
         confirmText: qsTr("Clear")
-        onConfirmed: page.expect("clear")
+        onConfirmed: {
+            clearButton.forceActiveFocus();
+            if (byKey)
+                clearButton.focusReason = Qt.TabFocusReason;
+            page.place("clear");
+        }
     }
 }

@@ -6,7 +6,8 @@ PickerPopup {
     id: details
 
     property var job: ({})
-    property bool canReprint
+    /// Why it cannot be printed again now; empty where it can.
+    property string hindrance
 
     signal reprint()
 
@@ -34,8 +35,8 @@ PickerPopup {
             anchors.rightMargin: 8
             y: details.buttonPlace
             text: qsTr("Print again…")
-            resting: !details.canReprint
-            onClicked: if (details.canReprint) details.reprint()
+            resting: details.hindrance !== ""
+            onClicked: if (!resting) details.reprint()
         }
 
         PushButton {
@@ -58,6 +59,19 @@ PickerPopup {
             sideMargin: 8
             endMargin: 8
             spacing: 8
+
+            PlainText {
+                objectName: "job.hindrance"
+                width: parent.width
+                visible: text !== ""
+                text: details.hindrance
+                leftPadding: 4
+                color: Theme.warning
+                font.pixelSize: Theme.smallSize
+                wrapMode: Text.Wrap
+                Accessible.role: Accessible.Note
+                Accessible.name: text
+            }
 
             JobPicture {
                 objectName: "job.picture"

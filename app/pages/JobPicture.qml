@@ -8,6 +8,8 @@ Rectangle {
 
     property alias source: picture.source
     readonly property bool isShown: picture.status === Image.Ready
+    /// Not while it is being read.
+    readonly property bool isMissing: picture.status === Image.Null || picture.status === Image.Error
 
     radius: 6
     color: Theme.background
@@ -25,7 +27,7 @@ Rectangle {
 
     Icon {
         anchors.centerIn: parent
-        visible: !frame.isShown
+        visible: frame.isMissing
         name: "picture"
         color: Theme.track
     }

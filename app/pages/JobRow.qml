@@ -16,7 +16,24 @@ T.ItemDelegate {
     focusPolicy: Qt.NoFocus
 
     Accessible.name: JobTexts.nameOf(job)
-    Accessible.description: JobTexts.stateAndTime(job)
+    Accessible.description: JobTexts.joined([jobState.text, JobTexts.timeAndError(job)])
+
+    // A word that nobody knows leaves room for the time and the error, and takes half of it at most.
+    TextMetrics {
+        id: stateWord
+
+        font: stateText.font
+        text: row.jobState.text
+        elide: Text.ElideRight
+        elideWidth: Math.max(stateText.width / 4, Math.min(stateText.width / 2, stateText.width - others.width))
+    }
+
+    TextMetrics {
+        id: others
+
+        font: stateText.font
+        text: " · " + JobTexts.timeAndError(row.job)
+    }
 
     contentItem: Item {
         JobPicture {
@@ -43,6 +60,8 @@ T.ItemDelegate {
                 width: parent.width
                 text: JobTexts.nameOf(row.job)
                 maximumLineCount: 1
+                // As all names, in whichever direction its letters run.
+                horizontalAlignment: Text.AlignLeft
                 // Marks can be piled up on a letter.
                 clip: true
             }
@@ -63,9 +82,12 @@ T.ItemDelegate {
                 }
 
                 PlainText {
+                    id: stateText
+
                     objectName: row.name + ".state"
                     width: parent.width - stateIcon.width - parent.spacing
-                    text: JobTexts.stateAndTime(row.job)
+                    text: JobTexts.joined([stateWord.elidedText, JobTexts.timeAndError(row.job)])
+                    horizontalAlignment: Text.AlignLeft
                     color: row.jobState.color
                     font.pixelSize: Theme.smallSize
                     font.weight: Font.DemiBold
@@ -77,6 +99,7 @@ T.ItemDelegate {
                 objectName: row.name + ".counts"
                 width: parent.width
                 text: JobTexts.counts(row.job)
+                horizontalAlignment: Text.AlignLeft
                 color: Theme.secondaryText
                 font.pixelSize: Theme.smallSize
                 maximumLineCount: 1
@@ -86,6 +109,7 @@ T.ItemDelegate {
                 objectName: row.name + ".supplies"
                 width: parent.width
                 text: JobTexts.supplies(row.job)
+                horizontalAlignment: Text.AlignLeft
                 color: Theme.secondaryText
                 font.pixelSize: Theme.smallSize
                 maximumLineCount: 1
@@ -106,6 +130,8 @@ T.ItemDelegate {
     background: Rectangle {
         anchors.fill: parent
         anchors.margins: 4
+        // Room for the mark of the list that shows where one is.
+        anchors.rightMargin: 8
         radius: 10
         color: row.down ? Theme.pressed : "transparent"
         border.width: row.highlighted ? 3 : 0

@@ -39,10 +39,15 @@ QtObject {
         return "“" + PresetNames.shortened(nameOf(job), 40) + "”";
     }
 
-    function stateAndTime(job) {
-        var error = job.errorValue > errors.length - 1 || job.errorValue < 0 || job.errorValue === 3
-                    ? errorOf(job) : "";
-        return [stateOf(job).text, line(job.timeStamp), error].filter(Boolean).join(" · ");
+    function joined(texts) {
+        return texts.filter(Boolean).join(" · ");
+    }
+
+    /// What follows the state. An error that the state says itself is left out.
+    function timeAndError(job) {
+        var error = job.errorValue === 3 ? qsTr("Lost")
+                    : job.errorValue > errors.length - 1 || job.errorValue < 0 ? errorOf(job) : "";
+        return joined([line(job.timeStamp), error]);
     }
 
     function errorOf(job) {
@@ -51,26 +56,26 @@ QtObject {
     }
 
     function counts(job) {
-        return [qsTr("Copies %1").arg(number(job.copyCount)), qsTr("Series %1").arg(number(job.seriesCount)),
-                qsTr("Heat %1").arg(pair(job.heat1, job.heat2)),
-                qsTr("Tension %1").arg(pair(job.tension1, job.tension2))].join(" · ");
+        return joined([qsTr("Copies %1").arg(number(job.copyCount)), qsTr("Series %1").arg(number(job.seriesCount)),
+                       qsTr("Heat %1").arg(pair(job.heat1, job.heat2)),
+                       qsTr("Tension %1").arg(pair(job.tension1, job.tension2))]);
     }
 
+    /// The SKU of each, and only where there is none the colour: a row has no room for more.
     function supplies(job) {
-        var texts = [];
-        [[qsTr("Media"), "supply"], [qsTr("Ribbon 1"), "ribbon1"], [qsTr("Ribbon 2"), "ribbon2"]].forEach(
-            function (entry) {
-                var text = supply(job, entry[1]);
-                if (text !== "")
-                    texts.push(entry[0] + " " + text);
+        var texts = [[qsTr("Media %1"), "supply"], [qsTr("Ribbon 1 %1"), "ribbon1"], [qsTr("Ribbon 2 %1"), "ribbon2"]]
+            .map(function (entry) {
+                var text = line(job[entry[1] + "SKU"]) || line(job[entry[1] + "Color"]);
+                return text === "" ? "" : entry[0].arg(text);
             });
-        return texts.join(" · ") || qsTr("No supplies known");
+        return joined(texts) || qsTr("No supplies known");
     }
 
     /// SKU, colour and mileage of "supply", "ribbon1" or "ribbon2"; empty where there is none.
     function supply(job, name) {
         var texts = [line(job[name + "SKU"]), line(job[name + "Color"])].filter(Boolean);
-        return texts.length > 0 ? texts.concat(mileage(job[name + "Mileage"])).join(", ") : "";
+        return texts.length > 0 ? texts.concat(qsTr("mileage %1").arg(mileage(job[name + "Mileage"]))).join(", ")
+                                : "";
     }
 
     function pair(first, second) {
@@ -82,7 +87,9 @@ QtObject {
     }
 
     function mileage(value) {
-        return typeof value === "number" ? value.toLocaleString(Qt.locale(), "f", 1) : "–";
+        if (typeof value !== "number" || !isFinite(value))
+            return "–";
+        return Math.abs(value) < 1e9 ? value.toLocaleString(Qt.locale(), "f", 1) : value.toExponential(1);
     }
 
     /// The back end puts "file:///" before a path and leaves the path as it is, which may begin with a slash of its

@@ -1,6 +1,7 @@
 // A print queue daemon whose jobs the test decides.
 #include "printqueue.h"
 
+#include <QtCore/QThread>
 #include <QtTest/QtTest>
 
 PrintQueue::PrintQueue(int count)
@@ -9,6 +10,11 @@ PrintQueue::PrintQueue(int count)
     for (int minute = 0; minute < count; ++minute)
         m_jobs.insert(job(minute).GUID, job(minute));
     appear();
+}
+
+PrintQueue::~PrintQueue()
+{
+    goOn();
 }
 
 void PrintQueue::appear()
@@ -74,6 +80,31 @@ void PrintQueue::answerReprint(Reprint reprint)
     m_reprint = reprint;
 }
 
+void PrintQueue::delayOrders(unsigned long milliseconds)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_delay = milliseconds;
+}
+
+void PrintQueue::failLists(bool fails)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_failsLists = fails;
+}
+
+void PrintQueue::hang()
+{
+    const QMutexLocker lock(&m_mutex);
+    m_isHanging = true;
+}
+
+void PrintQueue::goOn()
+{
+    const QMutexLocker lock(&m_mutex);
+    m_isHanging = false;
+    m_goesOn.wakeAll();
+}
+
 QStringList PrintQueue::orders()
 {
     const QMutexLocker lock(&m_mutex);
@@ -88,13 +119,18 @@ void PrintQueue::announce(const QStringList &guids)
 QDBusMessage PrintQueue::answer(const QDBusMessage &call)
 {
     const QMutexLocker lock(&m_mutex);
+    while (m_isHanging)
+        m_goesOn.wait(&m_mutex);
     const QString method = call.member();
+    if (m_failsLists && method.startsWith(QLatin1String("get")))
+        return call.createErrorReply(QDBusError::Failed, QStringLiteral("the jobs cannot be read"));
     if (method == QLatin1String("getJobList"))
         return call.createReply(QStringList(m_jobs.keys()));
     if (method == QLatin1String("getChangedJobs"))
         return call.createReply({QStringLiteral("epoch"), QVariant::fromValue(m_revision), true,
                                  QVariant::fromValue(PrintJobMetaDataList(m_jobs.values())), QStringList(),
                                  false});
+    QThread::msleep(m_delay);
     m_orders += method + call.arguments().value(0).toString();
     if (method == QLatin1String("reprintPrintJob"))
         return reprint(call);
@@ -120,6 +156,8 @@ QDBusMessage PrintQueue::reprint(const QDBusMessage &call)
     again.GUID = QStringLiteral("guid-again");
     again.timeStamp = QStringLiteral("1614999999000");
     again.jobStatus = QStringLiteral("Waiting");
+    again.eventType = 3;
+    again.appName = 2;
     m_jobs.insert(again.GUID, again);
     ++m_revision;
     announce({again.GUID});

@@ -103,6 +103,7 @@ void addTabs()
     QTest::newRow("Presets") << 8 << 1;
     QTest::newRow("About") << 9 << 2;
     QTest::newRow("Printer advanced") << 10 << 5;
+    QTest::newRow("Print history") << 11 << 1;
 }
 
 } // namespace

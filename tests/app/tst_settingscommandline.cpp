@@ -17,6 +17,7 @@ private Q_SLOTS:
     void windowHasTheSizeOfTheDeviceUnlessTold();
     void helpNamesEveryOption_data();
     void helpNamesEveryOption();
+    void helpNamesEveryTab();
 };
 
 namespace {
@@ -112,6 +113,15 @@ void TestSettingsCommandLine::helpNamesEveryOption()
 {
     QFETCH(QString, option);
     QVERIFY(read(QStringLiteral("--help")).help.contains(option));
+}
+
+void TestSettingsCommandLine::helpNamesEveryTab()
+{
+    const QString help = read(QStringLiteral("--help")).help.simplified();
+    for (const char *tab : {"0 General", "1 Date & Time", "2 Networking", "3 System Updates", "4 Languages",
+                            "5 Users & Passwords", "6 Printer", "7 Printer alignment", "8 Presets", "9 About",
+                            "10 Printer advanced", "11 Print history"})
+        QVERIFY2(help.contains(QLatin1String(tab)), tab);
 }
 
 QTEST_APPLESS_MAIN(TestSettingsCommandLine)
