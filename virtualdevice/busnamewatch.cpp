@@ -90,8 +90,22 @@ bool BusNameWatch::isOwned()
     while (const Message message{dbus_connection_pop_message(m_connection.get())}) {
         if (dbus_message_get_reply_serial(message.get()) == m_question)
             m_owned = m_owned || ownerIsIn(message.get());
+        else if (m_call != 0 && dbus_message_get_reply_serial(message.get()) == m_call)
+            m_answered = dbus_message_get_type(message.get()) == DBUS_MESSAGE_TYPE_METHOD_RETURN;
         else if (dbus_message_is_signal(message.get(), DBUS_INTERFACE_DBUS, "NameOwnerChanged"))
             m_owned = newOwnerIsIn(message.get(), m_name);
     }
     return m_owned;
+}
+
+bool BusNameWatch::isAnswering(const char *interface, const char *method)
+{
+    if (!isOwned()) {
+        m_call = 0;
+    } else if (m_call == 0) {
+        const Message call(dbus_message_new_method_call(m_name.c_str(), "/", interface, method));
+        dbus_connection_send(m_connection.get(), call.get(), &m_call);
+        dbus_connection_flush(m_connection.get());
+    }
+    return m_answered;
 }

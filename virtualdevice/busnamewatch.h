@@ -1,4 +1,4 @@
-// Watches whether somebody owns a name on a bus.
+// Watches whether somebody owns a name on a bus, and answers.
 #pragma once
 
 #include <memory>
@@ -16,6 +16,9 @@ public:
     int descriptor() const;
     /// Looks at what has arrived, without waiting, and tells whether the name is owned.
     bool isOwned();
+    /// Looks likewise, and tells whether the owner has answered a call of this method of its object "/",
+    /// which takes no arguments and is called once somebody owns the name.
+    bool isAnswering(const char *interface, const char *method);
 
 private:
     struct Disconnect
@@ -26,5 +29,7 @@ private:
     const std::string m_name;
     std::unique_ptr<DBusConnection, Disconnect> m_connection;
     unsigned m_question = 0;
+    unsigned m_call = 0;
     bool m_owned = false;
+    bool m_answered = false;
 };

@@ -1,4 +1,4 @@
-// Runs the print queue daemon. It is ready when its name is on the bus.
+// Runs the print queue daemon. It is ready when it answers: it has its name before it has read its jobs.
 #include "printqueuedaemon.h"
 
 #include "failure.h"
@@ -39,7 +39,7 @@ int PrintQueueDaemon::readinessDescriptor() const
 
 bool PrintQueueDaemon::isReady()
 {
-    const bool ready = m_watch->isOwned();
+    const bool ready = m_watch->isAnswering("local.IZBIPCPRINTQD", "getJobList");
     if (ready)
         m_watch.reset();
     return ready;

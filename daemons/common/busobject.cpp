@@ -129,7 +129,7 @@ bool BusObject::handleMessage(const QDBusMessage &message, const QDBusConnection
     if (!interface)
         return false;
 
-    const auto performCall = [interface, message] { return perform(*interface, message); };
+    const auto performCall = [interface, message](const auto &reply) { perform(*interface, message, reply); };
     const auto answer = [message, connection](const QDBusMessage &reply) {
         if (message.isReplyRequired())
             connection.send(reply);
@@ -137,7 +137,7 @@ bool BusObject::handleMessage(const QDBusMessage &message, const QDBusConnection
     if (interface->gate)
         interface->gate->pass(message, performCall, answer);
     else
-        answer(performCall());
+        performCall(answer);
     return true;
 }
 
@@ -169,24 +169,35 @@ bool BusObject::asksForAllProperties(const QDBusMessage &message) const
         && findInterface(message.arguments().constFirst().toString());
 }
 
-QDBusMessage BusObject::perform(const Interface &interface, const QDBusMessage &message)
+/// Does what the call asks for, and gives \a answer the reply, now or later.
+void BusObject::perform(const Interface &interface, const QDBusMessage &message,
+                        const std::function<void(const QDBusMessage &)> &answer)
 {
     const QMetaMethod method = findMethod(*interface.adaptor, message.member());
-    if (!method.isValid())
-        return message.createErrorReply(
+    if (!method.isValid()) {
+        answer(message.createErrorReply(
             QDBusError::UnknownMethod,
-            QStringLiteral("%1 has no method %2").arg(interfaceName(*interface.adaptor), message.member()));
+            QStringLiteral("%1 has no method %2").arg(interfaceName(*interface.adaptor), message.member())));
+        return;
+    }
     const QString signature = signatureOf(argumentTypes(method));
-    if (message.signature() != signature)
-        return message.createErrorReply(QDBusError::InvalidArgs,
+    if (message.signature() != signature) {
+        answer(message.createErrorReply(QDBusError::InvalidArgs,
                                         QStringLiteral("%1 takes arguments of the types \"%2\", not \"%3\"")
-                                            .arg(message.member(), signature, message.signature()));
+                                            .arg(message.member(), signature, message.signature())));
+        return;
+    }
 
-    interface.target->setCaller(message.service());
+    CallTarget &target = *interface.target;
+    const auto finish = [message, answer](const std::optional<Refusal> &refusal,
+                                          const QVariantList &results = {}) {
+        answer(refusal ? message.createErrorReply(refusal->type, refusal->text)
+                       : message.createReply(results));
+    };
+    target.beginCall(message.service(), [finish](const std::optional<Refusal> &refusal) { finish(refusal); });
     const QVariantList results = invoke(*interface.adaptor, method, message.arguments());
-    if (const std::optional<Refusal> refusal = interface.target->takeRefusal())
-        return message.createErrorReply(refusal->type, refusal->text);
-    return message.createReply(results);
+    if (!target.isAnsweredLater())
+        finish(target.takeRefusal(), results);
 }
 
 void sendSignal(QDBusConnection connection, const QString &path, const QDBusAbstractAdaptor &adaptor,

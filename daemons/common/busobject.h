@@ -6,6 +6,7 @@
 #include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusVirtualObject>
 
+#include <functional>
 #include <vector>
 
 class CallGate;
@@ -48,7 +49,8 @@ private:
     const Interface *findInterface(const QDBusMessage &message) const;
     const Interface *findInterface(const QString &name) const;
     bool asksForAllProperties(const QDBusMessage &message) const;
-    static QDBusMessage perform(const Interface &interface, const QDBusMessage &message);
+    static void perform(const Interface &interface, const QDBusMessage &message,
+                        const std::function<void(const QDBusMessage &)> &answer);
 
     std::vector<Interface> m_interfaces;
 };

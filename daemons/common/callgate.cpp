@@ -6,14 +6,13 @@
 #include <chrono>
 #include <cstdlib>
 
-void CallGate::pass(const QDBusMessage &call, const std::function<QDBusMessage()> &perform,
-                    const std::function<void(const QDBusMessage &)> &answer)
+void CallGate::pass(const QDBusMessage &call, const Perform &perform, const Answer &answer)
 {
     m_calls.append({call.member(), call.signature(), call.arguments()});
     emit recorded(m_calls.constLast());
 
     if (m_faults.empty()) {
-        answer(perform());
+        perform(answer);
         return;
     }
     const Fault fault = std::move(m_faults.front());
@@ -31,8 +30,10 @@ void CallGate::failNextCall(const QString &errorName, const QString &text)
 void CallGate::delayNextCall(uint milliseconds)
 {
     m_faults.push([this, milliseconds](const QDBusMessage &, const auto &perform, const auto &answer) {
-        const QDBusMessage reply = perform();
-        QTimer::singleShot(std::chrono::milliseconds(milliseconds), this, [reply, answer] { answer(reply); });
+        perform([this, milliseconds, answer](const QDBusMessage &reply) {
+            QTimer::singleShot(std::chrono::milliseconds(milliseconds), this,
+                               [reply, answer] { answer(reply); });
+        });
     });
 }
 

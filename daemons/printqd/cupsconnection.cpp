@@ -175,20 +175,28 @@ CupsAnswer CupsConnection::exchange(const IppMessage &request, const Source &sou
     m_sinceProgress.start();
     m_sinceBegin.start();
     CupsAnswer answer;
-    if (post(request, source)) {
+    // One that takes no more may have said why.
+    if (post(request, source) != Posted::Unreadable) {
         const http_status_t answered = status();
+        noteSlowness();
         if (answered == HTTP_STATUS_OK)
             answer = response(sink);
         else if (answered == HTTP_STATUS_UNAUTHORIZED || answered == HTTP_STATUS_FORBIDDEN)
             return authenticate();
     }
+    noteSlowness();
     // Whatever comes later on it would be taken for the answer to another request.
     if (!answer)
         close();
     return answer;
 }
 
-bool CupsConnection::post(const IppMessage &request, const Source &source)
+void CupsConnection::noteSlowness()
+{
+    m_isSlow = m_isSlow || m_sinceProgress.elapsed() > slowMilliseconds;
+}
+
+CupsConnection::Posted CupsConnection::post(const IppMessage &request, const Source &source)
 {
     http_t *const http = m_connection.get();
     httpClearFields(http);
@@ -198,26 +206,34 @@ bool CupsConnection::post(const IppMessage &request, const Source &source)
     // A length of 0 means pieces, for a document whose length nobody has to know before.
     httpSetLength(http, source ? 0 : ippLength(request.get()));
     if (httpPost(http, m_queue.resource.constData()) != 0)
-        return false;
+        return Posted::Untaken;
     ippSetState(request.get(), IPP_STATE_IDLE);
     ipp_state_t state = IPP_STATE_IDLE;
     while ((state = ippWrite(http, request.get())) != IPP_STATE_DATA) {
         if (state == IPP_STATE_ERROR)
-            return false;
+            return Posted::Untaken;
     }
-    if (!source)
-        return httpFlushWrite(http) >= 0;
+    if (source)
+        return postDocument(source);
+    return httpFlushWrite(http) >= 0 ? Posted::Whole : Posted::Untaken;
+}
+
+CupsConnection::Posted CupsConnection::postDocument(const Source &source)
+{
+    http_t *const http = m_connection.get();
     QVarLengthArray<char, bufferSize> bytes(bufferSize);
     qint64 size = 0;
     while ((size = source(bytes.data(), bytes.size())) > 0) {
         m_sinceProgress.start();
         if (isGivenUp() || m_sinceBegin.elapsed() > documentMilliseconds
             || httpWrite2(http, bytes.constData(), size_t(size)) != size)
-            return false;
+            return Posted::Untaken;
     }
-    m_sinceProgress.start();
     // What was sent without its end is no document.
-    return size == 0 && httpWrite2(http, "", 0) == 0;
+    if (size < 0)
+        return Posted::Unreadable;
+    m_sinceProgress.start();
+    return httpWrite2(http, "", 0) == 0 ? Posted::Whole : Posted::Untaken;
 }
 
 http_status_t CupsConnection::status()

@@ -9,6 +9,7 @@
 #include <cups/cups.h>
 #include <functional>
 #include <memory>
+#include <utility>
 
 struct IppDeletion
 {
@@ -57,6 +58,8 @@ class CupsConnection
 public:
     static constexpr int connectMilliseconds = 1000;
     static constexpr int requestMilliseconds = 2000;
+    /// A scheduler that is up answers sooner.
+    static constexpr int slowMilliseconds = 250;
     /// A document that travels may take so long as a whole, as long as it moves.
     static constexpr int documentMilliseconds = 60000;
 
@@ -91,6 +94,9 @@ public:
     CupsAnswer sendDocument(const IppMessage &request, const Source &source);
     CupsAnswer receiveDocument(const IppMessage &request, const Sink &sink);
 
+    /// Whether a request was not answered in time, or hardly, since this was asked last. What such a
+    /// scheduler has not read yet it may still do, also when the connection is closed long since.
+    bool takeSlowness() { return std::exchange(m_isSlow, false); }
     /// Instead of requestMilliseconds.
     void setPatience(int milliseconds) { m_patience = milliseconds; }
     /// From now on all requests fail, also the one that is under way, at once. From any thread.
@@ -107,9 +113,13 @@ private:
     bool isStale() const;
     IppMessage requestFor(ipp_op_t operation, const QByteArray &uri) const;
     CupsAnswer exchange(const IppMessage &request, const Source &source, const Sink &sink);
-    bool post(const IppMessage &request, const Source &source);
+    /// A request goes out whole, or its document cannot be read, or the scheduler does not take it.
+    enum class Posted { Whole, Unreadable, Untaken };
+    Posted post(const IppMessage &request, const Source &source);
+    Posted postDocument(const Source &source);
     CupsAnswer response(const Sink &sink);
     http_status_t status();
+    void noteSlowness();
     CupsAnswer authenticate();
 
     const CupsQueue m_queue;
@@ -120,5 +130,6 @@ private:
     int m_patience = requestMilliseconds;
     int m_generation = 0;
     bool m_isWorthAnotherTry = false;
+    bool m_isSlow = false;
     std::atomic<bool> m_isGivenUp{false};
 };

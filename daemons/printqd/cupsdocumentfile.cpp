@@ -1,8 +1,10 @@
 // Written, synced, renamed, and the folder synced.
 #include "cupsdocumentfile.h"
 
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -24,7 +26,9 @@ int syncFolderOf(const QString &path)
     if (folder < 0)
         return -1;
     const int outcome = fsync(folder);
+    const int error = errno;
     ::close(folder);
+    errno = error;
     return outcome;
 }
 
@@ -39,26 +43,35 @@ CupsDocumentFile::CupsDocumentFile(const QString &path, qint64 largest)
 
 CupsDocumentFile::~CupsDocumentFile()
 {
-    if (m_file.isOpen())
-        unlink(m_newName.constData());
+    if (m_file < 0)
+        return;
+    close();
+    unlink(m_newName.constData());
 }
 
 bool CupsDocumentFile::open()
 {
     unlink(m_newName.constData());
-    const int file = ::open(m_newName.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
-                            S_IRUSR | S_IWUSR);
-    if (file < 0)
-        return fail(systemReason());
-    return m_file.open(file, QIODevice::WriteOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle)
-        || fail(m_file.errorString());
+    m_file = ::open(m_newName.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
+                    S_IRUSR | S_IWUSR);
+    return m_file >= 0 || failWithError();
 }
 
 bool CupsDocumentFile::write(const char *bytes, qint64 size)
 {
-    if (m_file.size() + size > m_largest)
+    m_size += size;
+    if (m_size > m_largest)
         return fail(QStringLiteral("it has more than %1 bytes").arg(m_largest));
-    return m_file.write(bytes, size) == size || fail(m_file.errorString());
+    while (size > 0) {
+        const ssize_t written = ::write(m_file, bytes, size_t(size));
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            return failWithError();
+        bytes += written;
+        size -= written;
+    }
+    return true;
 }
 
 bool CupsDocumentFile::keep()
@@ -66,14 +79,31 @@ bool CupsDocumentFile::keep()
     if (!m_reason.isEmpty())
         return false;
     const QByteArray to = QFile::encodeName(m_path);
-    if (fsync(m_file.handle()) != 0 || std::rename(m_newName.constData(), to.constData()) != 0)
-        return fail(systemReason());
-    m_file.close();
-    return syncFolderOf(m_path) == 0 || fail(systemReason());
+    if (fsync(m_file) != 0 || std::rename(m_newName.constData(), to.constData()) != 0)
+        return failWithError();
+    close();
+    if (syncFolderOf(m_path) == 0)
+        return true;
+    failWithError();
+    unlink(to.constData());
+    return false;
+}
+
+void CupsDocumentFile::close()
+{
+    ::close(m_file);
+    m_file = -1;
 }
 
 bool CupsDocumentFile::fail(const QString &reason)
 {
     m_reason = reason;
     return false;
+}
+
+bool CupsDocumentFile::failWithError()
+{
+    constexpr int passingErrors[] = {ENOSPC, EDQUOT, EIO, ENOMEM, EMFILE, ENFILE};
+    m_mayBeKeptLater = std::count(std::begin(passingErrors), std::end(passingErrors), errno) > 0;
+    return fail(systemReason());
 }

@@ -1,7 +1,6 @@
 // A kept document on its way to the disk: it is there whole, or not at all.
 #pragma once
 
-#include <QtCore/QFile>
 #include <QtCore/QString>
 
 class CupsDocumentFile
@@ -15,19 +14,26 @@ public:
     CupsDocumentFile(const CupsDocumentFile &) = delete;
     CupsDocumentFile &operator=(const CupsDocumentFile &) = delete;
 
-    /// A new file, for this user only. False, with reason(), where that fails.
+    /// A new file, for this user only. False, with reason(), where that fails; so do the others.
     bool open();
     bool write(const char *bytes, qint64 size);
     /// Puts the file and its name on the disk.
     bool keep();
     const QString &reason() const { return m_reason; }
+    /// Whether what failed may work another time: the disk was full or did not work, or the system was short
+    /// of something.
+    bool mayBeKeptLater() const { return m_mayBeKeptLater; }
 
 private:
     bool fail(const QString &reason);
+    bool failWithError();
+    void close();
 
     const QString m_path;
     const qint64 m_largest;
     const QByteArray m_newName;
-    QFile m_file;
+    int m_file = -1;
+    qint64 m_size = 0;
     QString m_reason;
+    bool m_mayBeKeptLater = false;
 };

@@ -81,14 +81,19 @@ TransportJob::State stateOf(ipp_jstate_t state)
     return TransportJob::State::Waiting;
 }
 
-// Anybody may give a job such an attribute; what is no guid is none of ours.
+// Anybody may give a job such an attribute; what is no token is none of ours.
 QString guidOf(ipp_attribute_t *attribute)
 {
     const QString guid = textOf(attribute);
     return QUuid(guid).toString(QUuid::WithoutBraces) == guid.toLower() ? guid : QString();
 }
 
-void take(ipp_attribute_t *attribute, CupsJob *job)
+bool isNothing(ipp_attribute_t *attribute, const char *nothing)
+{
+    return ippGetCount(attribute) == 1 && textOf(attribute) == QLatin1String(nothing);
+}
+
+void take(ipp_attribute_t *attribute, CupsJob *job, bool *isHeldByWish)
 {
     const char *const name = ippGetName(attribute);
     const auto is = [name](const char *other) { return std::strcmp(name, other) == 0; };
@@ -102,6 +107,10 @@ void take(ipp_attribute_t *attribute, CupsJob *job)
         job->job.name = textOf(attribute);
     else if (is("job-state"))
         job->state = static_cast<ipp_jstate_t>(ippGetInteger(attribute, 0));
+    else if (is("job-state-reasons"))
+        job->isAbandoned = isNothing(attribute, "none");
+    else if (is("job-hold-until"))
+        *isHeldByWish = !isNothing(attribute, "no-hold");
     else if (is("copies"))
         job->job.copies = std::max(1, ippGetInteger(attribute, 0));
     else if (is("number-of-documents"))
@@ -120,7 +129,7 @@ void take(ipp_attribute_t *attribute, CupsJob *job)
 
 } // namespace
 
-const char *const CupsJobs::guidAttribute = "zb-guid";
+const char *const CupsJobs::guidAttribute = "zb-order";
 
 bool operator==(const TransportJob &one, const TransportJob &other)
 {
@@ -134,8 +143,9 @@ bool operator==(const TransportJob &one, const TransportJob &other)
 void CupsJobs::askForDetails(ipp_t *request)
 {
     ask(request,
-        {"job-id", "job-uuid", "job-printer-uri", "job-name", "job-state", "copies", "number-of-documents",
-         "job-k-octets", "time-at-creation", guidAttribute, "R1TensionAdjust", "R2TensionAdjust"});
+        {"job-id", "job-uuid", "job-printer-uri", "job-name", "job-state", "job-state-reasons",
+         "job-hold-until", "copies", "number-of-documents", "job-k-octets", "time-at-creation", guidAttribute,
+         "R1TensionAdjust", "R2TensionAdjust"});
 }
 
 void CupsJobs::askForStates(ipp_t *request)
@@ -146,6 +156,7 @@ void CupsJobs::askForStates(ipp_t *request)
 QVector<CupsJob> CupsJobs::jobsIn(ipp_t *answer)
 {
     QVector<CupsJob> jobs;
+    QVector<bool> areHeldByWish;
     bool isInJob = false;
     for (ipp_attribute_t *attribute = ippFirstAttribute(answer); attribute;
          attribute = ippNextAttribute(answer)) {
@@ -157,14 +168,19 @@ QVector<CupsJob> CupsJobs::jobsIn(ipp_t *answer)
         if (!isInJob)
             jobs.append(CupsJob());
         isInJob = true;
-        take(attribute, &jobs.last());
+        areHeldByWish.resize(jobs.size());
+        take(attribute, &jobs.last(), &areHeldByWish.last());
     }
-    for (CupsJob &job : jobs) {
+    for (int index = 0; index < jobs.size(); ++index) {
+        CupsJob &job = jobs[index];
+        job.isAbandoned = job.isAbandoned && job.state == IPP_JSTATE_HELD && !areHeldByWish.at(index);
         job.job.documents = std::max(1, job.documentsThere);
         job.hadDocument = job.hadDocument || job.documentsThere > 0;
         // Until its document is there the scheduler holds it, which nobody asked for.
         job.job.state = job.state == IPP_JSTATE_HELD && !job.hadDocument ? TransportJob::State::Waiting
                                                                          : stateOf(job.state);
+        if (job.isAbandoned)
+            job.job.state = TransportJob::State::Failed;
     }
     jobs.erase(
         std::remove_if(jobs.begin(), jobs.end(), [](const CupsJob &job) { return job.job.number <= 0; }),

@@ -14,10 +14,17 @@ struct CupsJob
     QByteArray queueUri; ///< as the scheduler's own host is called, which is not always as we call it
     int documentsThere = 0; ///< documents that the scheduler still has
     bool hadDocument = false; ///< false while the first one has not arrived whole
+    /**
+     * Held without a reason. So is a job between Create-Job and Send-Document, which most clients use, but
+     * then the scheduler says that it is incoming. One that says nothing was killed after it had noted the
+     * first of the two, and never goes on with the job. Whether it had been printed by then nobody knows.
+     */
+    bool isAbandoned = false;
 
-    bool isFinished() const { return state >= IPP_JSTATE_CANCELED; }
-    bool isIncoming() const { return !isFinished() && !hadDocument; }
-    /// What is left of an order between its two requests.
+    /// Nothing more will happen to it, unless somebody releases an abandoned one.
+    bool isOver() const { return state >= IPP_JSTATE_CANCELED || isAbandoned; }
+    bool isIncoming() const { return !isOver() && !hadDocument; }
+    /// What is left of an order between its two requests; nothing of it was printed.
     bool isEmptyOrder() const { return !job.guid.isEmpty() && !hadDocument; }
 };
 
@@ -29,7 +36,7 @@ inline bool operator!=(const TransportJob &one, const TransportJob &other)
 
 namespace CupsJobs {
 
-/// The attribute of a job that carries the guid of an order.
+/// The attribute of a job that carries the token of an order.
 extern const char *const guidAttribute;
 
 /// Has the answer carry what jobsIn() reads.

@@ -15,7 +15,7 @@ struct CupsEvent
     int subscription = 0;
     int sequence = 0;
     int job = 0;
-    QByteArray token; ///< in Base64
+    QByteArray token; ///< in Base64; see CupsNotifications::token()
 
     /// Reads "SUBSCRIPTION SEQUENCE JOB TOKEN", decimal numbers and a word, a space between each. False for
     /// anything else.
@@ -44,7 +44,12 @@ public:
     bool isListening() const { return m_socket >= 0; }
     /// What the scheduler has to be told as the recipient.
     QByteArray recipient() const;
-    /// A word that only the scheduler was told; its notifiers get it in Base64.
+    /**
+     * A word that the scheduler was told; its notifiers get it in Base64. It keeps out what was sent by
+     * mistake, by a notifier of an earlier daemon for instance, and programs that do not see others. Who
+     * reads the command line of the notifier, where the scheduler puts it, can have the jobs looked at more
+     * often, which is all that an event does; that is no more than asking the scheduler directly does to it.
+     */
     const QByteArray &token() const { return m_token; }
 
 Q_SIGNALS:

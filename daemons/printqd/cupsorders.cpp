@@ -58,17 +58,19 @@ bool CupsTransport::carryOutOrders()
 {
     QElapsedTimer sinceBegin;
     sinceBegin.start();
-    while (!m_orders.empty() && sinceBegin.elapsed() < turnMilliseconds) {
+    while (!m_orders.empty() && isConnected() && sinceBegin.elapsed() < turnMilliseconds) {
         takeEvents();
         const TransportOrder order = m_orders.front();
         switch (carryOut(order)) {
         case Outcome::Unreached:
             return false;
         case Outcome::Waits:
+        case Outcome::NoRoom:
             return true;
         case Outcome::Done:
         case Outcome::Refused:
             m_orders.pop_front();
+            m_sent.clear();
         }
     }
     m_isInAHurry = m_isInAHurry || !m_orders.empty();
@@ -77,22 +79,22 @@ bool CupsTransport::carryOutOrders()
 
 CupsTransport::Outcome CupsTransport::carryOut(const TransportOrder &order)
 {
-    if (m_hasToLookAtAll)
+    if (m_hasToLookAtAll || m_settling)
         return Outcome::Waits;
     int number = m_numbersByGuid.value(order.guid);
-    if (number != 0) {
-        const CupsJob job = m_jobs.value(number);
-        if (!job.isEmptyOrder()) {
-            Q_EMIT submitted(order.guid, job.job.uuid);
-            return Outcome::Done;
-        }
-        // Nobody sent the document in time, and the scheduler gave up.
-        if (job.isFinished()) {
-            if (purge(number) == Outcome::Unreached)
-                return Outcome::Unreached;
-            forgetNumber(number);
-            number = 0;
-        }
+    const CupsJob job = m_jobs.value(number);
+    if (number != 0 && job.job.number == number && !job.isEmptyOrder()) {
+        Q_EMIT submitted(order.guid, job.job.uuid);
+        return Outcome::Done;
+    }
+    if (number == 0 && m_sent == order.guid)
+        return refuse(order, QStringLiteral("the scheduler may have taken it, and lost it"));
+    // Nobody sent the document in time, and the scheduler gave up.
+    if (number != 0 && job.state >= IPP_JSTATE_CANCELED) {
+        if (purge(number) == Outcome::Unreached)
+            return Outcome::Unreached;
+        forgetNumber(number);
+        number = 0;
     }
     if (number == 0) {
         const Outcome outcome = create(order, &number);
@@ -122,6 +124,7 @@ CupsTransport::Outcome CupsTransport::create(const TransportOrder &order, int *n
     ipp_attribute_t *const created = ippFindAttribute(answer.message.get(), "job-id", IPP_TAG_INTEGER);
     if (answer.isGood() && created) {
         *number = ippGetInteger(created, 0);
+        m_numbersByGuid.insert(order.guid, *number);
         return Outcome::Done;
     }
     return isForNowOnly(answer) ? Outcome::Waits : refuse(order, answer.reason());
@@ -154,12 +157,14 @@ CupsTransport::Outcome CupsTransport::sendDocument(const TransportOrder &order, 
                  format.constData());
     ippAddBoolean(request.get(), IPP_TAG_OPERATION, "last-document", 1);
     CupsAnswer answer;
-    if (isReadable)
+    if (isReadable) {
+        m_sent = order.guid;
         answer = m_connection.sendDocument(request, [&](char *bytes, qint64 room) {
             const qint64 size = document.read(bytes, room);
             isReadable = size >= 0;
             return size;
         });
+    }
     if (isReadable && !answer)
         return Outcome::Unreached;
     if (answer.isGood())
@@ -201,41 +206,49 @@ bool CupsTransport::keepDocuments()
     std::vector<Keeping> waiting;
     size_t next = 0;
     bool isReached = true;
-    while (isReached && next < m_keepings.size() && sinceBegin.elapsed() < turnMilliseconds) {
+    while (isReached && next < m_keepings.size() && m_rest.hasExpired() && isConnected()
+           && sinceBegin.elapsed() < turnMilliseconds) {
         takeEvents();
-        const Keeping keeping = m_keepings[next];
-        const Outcome outcome = keep(keeping);
+        Keeping keeping = m_keepings[next];
+        const Outcome outcome = keep(&keeping);
         isReached = outcome != Outcome::Unreached;
-        if (outcome == Outcome::Waits)
+        // Another one may be small enough, next time.
+        if (outcome == Outcome::Waits || outcome == Outcome::NoRoom)
             waiting.push_back(keeping);
         if (isReached)
             ++next;
     }
     m_keepings.erase(m_keepings.begin(), m_keepings.begin() + std::ptrdiff_t(next));
-    m_isInAHurry = m_isInAHurry || (isReached && !m_keepings.empty());
+    m_isInAHurry = m_isInAHurry || (isReached && !m_keepings.empty() && m_rest.hasExpired());
     m_keepings.insert(m_keepings.end(), waiting.cbegin(), waiting.cend());
     return isReached;
 }
 
-CupsTransport::Outcome CupsTransport::keep(const Keeping &keeping)
+CupsTransport::Outcome CupsTransport::keep(Keeping *keeping)
 {
     const auto fail = [&](const QString &reason) {
-        Q_EMIT documentNotKept(keeping.uuid, reason);
+        Q_EMIT documentNotKept(keeping->uuid, reason);
         return Outcome::Refused;
     };
     if (m_hasToLookAtAll)
         return Outcome::Waits;
-    const CupsJob *const job = jobWith(keeping.number, keeping.uuid);
+    const CupsJob *const job = jobWith(keeping->number, keeping->uuid);
     if (!job)
         return fail(QStringLiteral("the scheduler does not know the job"));
     if (job->job.documents > 1)
         return fail(QStringLiteral("the job has %1 documents").arg(job->job.documents));
-    if (job->documentsThere == 0 && !job->isFinished())
+    if (job->documentsThere == 0 && !job->isOver())
         return Outcome::Waits;
-    CupsDocumentFile file(keeping.path, m_settings.largestDocument);
+    CupsDocumentFile file(keeping->path, m_settings.largestDocument);
+    const auto failWithFile = [&] {
+        if (!file.mayBeKeptLater() || ++keeping->tries >= mostTries)
+            return fail(file.reason());
+        rest(file.reason());
+        return Outcome::NoRoom;
+    };
     if (!file.open())
-        return fail(file.reason());
-    const IppMessage request = m_connection.requestForJob(IPP_OP_CUPS_GET_DOCUMENT, keeping.number);
+        return failWithFile();
+    const IppMessage request = m_connection.requestForJob(IPP_OP_CUPS_GET_DOCUMENT, keeping->number);
     ippAddInteger(request.get(), IPP_TAG_OPERATION, IPP_TAG_INTEGER, "document-number", 1);
     const CupsAnswer answer = m_connection.receiveDocument(
         request, [&](const char *bytes, qint64 size) { return file.write(bytes, size); });
@@ -244,25 +257,36 @@ CupsTransport::Outcome CupsTransport::keep(const Keeping &keeping)
     if (!answer.isGood())
         return isForNowOnly(answer) ? Outcome::Waits : fail(answer.reason());
     if (!file.keep())
-        return fail(file.reason());
-    Q_EMIT documentKept(keeping.uuid, keeping.path, formatIn(answer.message.get()));
+        return failWithFile();
+    m_restMilliseconds = 0;
+    Q_EMIT documentKept(keeping->uuid, keeping->path, formatIn(answer.message.get()));
     return Outcome::Done;
+}
+
+// A full disk is full for all documents.
+void CupsTransport::rest(const QString &reason)
+{
+    if (m_restMilliseconds == 0)
+        qWarning("The disk takes no documents, which is tried again: %s", qPrintable(reason));
+    m_restMilliseconds = qBound(m_settings.restMilliseconds, 2 * m_restMilliseconds, longestRestMilliseconds);
+    m_rest.setRemainingTime(m_restMilliseconds);
 }
 
 bool CupsTransport::forgetJobs()
 {
     QElapsedTimer sinceBegin;
     sinceBegin.start();
-    while (!m_forgettings.empty() && !m_hasToLookAtAll && sinceBegin.elapsed() < turnMilliseconds) {
+    while (!m_forgettings.empty() && !m_hasToLookAtAll && isConnected()
+           && sinceBegin.elapsed() < turnMilliseconds) {
         takeEvents();
         const Forgetting forgetting = m_forgettings.front();
         const CupsJob *const job = jobWith(forgetting.number, forgetting.uuid);
-        const Outcome outcome = job && job->isFinished() ? purge(forgetting.number) : Outcome::Done;
+        const Outcome outcome = job && job->isOver() ? purge(forgetting.number) : Outcome::Done;
         if (outcome == Outcome::Unreached)
             return false;
         m_forgettings.pop_front();
         if (outcome == Outcome::Done) {
-            if (job && job->isFinished())
+            if (job && job->isOver())
                 forgetNumber(forgetting.number);
             Q_EMIT forgotten(forgetting.uuid);
         }

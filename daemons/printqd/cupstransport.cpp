@@ -23,6 +23,8 @@ constexpr int groupMilliseconds = 4;
 constexpr int incomingMilliseconds = 200;
 /// The scheduler does one thing at a time: looks are to take a small part of it.
 constexpr int restPerLook = 4;
+/// So often the pause after the scheduler was not reached doubles: it may just have been started again.
+constexpr int retryDoublings = 4;
 
 const char *const events[] = {"job-created", "job-completed", "job-stopped", "job-state-changed",
                               "job-config-changed"};
@@ -54,7 +56,7 @@ void CupsTransport::start()
         m_notifications = std::make_unique<CupsNotifications>();
         if (!m_notifications->listen(m_settings.notificationSocket))
             qWarning("No socket at %s; the jobs are looked at every %d ms",
-                     qPrintable(m_settings.notificationSocket), pollMilliseconds);
+                     qPrintable(m_settings.notificationSocket), m_settings.pollMilliseconds);
         connect(m_notifications.get(), &CupsNotifications::received, this, &CupsTransport::note);
     }
     workAgainIn(0);
@@ -93,15 +95,21 @@ void CupsTransport::beginSoon()
 // Where a job is being printed, more events are about to come, and none is to be missed for long.
 int CupsTransport::lookMilliseconds() const
 {
-    const int interval = m_isPushed && m_printing.empty() ? heartbeatMilliseconds : pollMilliseconds;
+    const int interval =
+        m_isPushed && m_printing.empty() ? heartbeatMilliseconds : m_settings.pollMilliseconds;
     return qMax(interval, int(restPerLook * m_lookDuration));
 }
 
 int CupsTransport::restingMilliseconds() const
 {
-    const bool hasWork = !m_orders.empty() || !m_keepings.empty();
-    const int usual = hasWork ? qMin(lookMilliseconds(), pollMilliseconds) : lookMilliseconds();
-    return m_incoming.empty() ? usual : qMin(usual, incomingMilliseconds);
+    int resting = lookMilliseconds();
+    if (!m_orders.empty() || !m_keepings.empty())
+        resting = qMin(resting, m_settings.pollMilliseconds);
+    if (!m_incoming.empty())
+        resting = qMin(resting, incomingMilliseconds);
+    if (!m_keepings.empty() && !m_rest.hasExpired())
+        resting = qMin(resting, int(m_rest.remainingTime()));
+    return m_settling ? qMin(resting, int(m_settling->remainingTime())) : resting;
 }
 
 void CupsTransport::setReachable(bool isReachable)
@@ -127,10 +135,13 @@ void CupsTransport::work()
         return;
     }
     setReachable(isReached);
-    if (!isReached)
-        workAgainIn(m_settings.retryMilliseconds);
-    else
-        workAgainIn(m_isInAHurry || m_hasToLookAtAll ? 0 : restingMilliseconds());
+    if (!isReached) {
+        workAgainIn(m_settings.retryMilliseconds >> (retryDoublings - m_failures));
+        m_failures = qMin(m_failures + 1, retryDoublings);
+        return;
+    }
+    m_failures = 0;
+    workAgainIn(m_isInAHurry || m_hasToLookAtAll ? 0 : restingMilliseconds());
 }
 
 // Between two looks there is nothing to read but its end.
@@ -150,15 +161,28 @@ bool CupsTransport::workOnConnection()
     m_isInAHurry = false;
     if (!m_connection.open())
         return false;
-    if (m_connection.generation() != m_generation) {
+    const bool isNew = m_connection.generation() != m_generation;
+    if (isNew) {
         m_generation = m_connection.generation();
         m_subscription = 0;
         m_hasToLookAtAll = true;
     }
+    if (m_settling && m_settling->hasExpired()) {
+        m_settling.reset();
+        m_hasToLookAtAll = true;
+    }
     if (!subscribe() || !look())
         return false;
+    settle(isNew);
     setReachable(true);
     return carryOutOrders() && keepDocuments() && forgetJobs();
+}
+
+// Where the daemon was started anew, it may have been one before it whose request the scheduler finds.
+void CupsTransport::settle(bool isNewConnection)
+{
+    if (isNewConnection && m_connection.takeSlowness())
+        m_settling = QDeadlineTimer(m_settings.settleMilliseconds);
 }
 
 // To the events of all queues: those of jobs that are not being printed are told as events of no queue.
@@ -302,6 +326,7 @@ bool CupsTransport::look()
 bool CupsTransport::lookAtAll()
 {
     QMap<int, CupsJob> found;
+    m_numbersByGuid.clear();
     for (int first = 1;;) {
         QVector<CupsJob> page;
         if (!lookAtRange(first, pageSize, &page)) {
@@ -317,14 +342,11 @@ bool CupsTransport::lookAtAll()
     }
     m_hasToLookAtAll = false;
     m_jobs.swap(found);
-    m_numbersByGuid.clear();
     m_incoming.clear();
     m_printing.clear();
     QStringList uuids;
     for (const CupsJob &job : qAsConst(m_jobs)) {
         watch(job);
-        if (!job.job.guid.isEmpty())
-            m_numbersByGuid.insert(job.job.guid, job.job.number);
         if (!job.isEmptyOrder())
             uuids.append(job.job.uuid);
     }
@@ -347,11 +369,11 @@ bool CupsTransport::addChangedStates(std::set<int> *numbers)
         unfinished.insert(job.job.number);
         const auto known = m_jobs.constFind(job.job.number);
         if (known == m_jobs.cend() || known->state != job.state
-            || known->creationSeconds != job.creationSeconds || !known->hadDocument)
+            || known->creationSeconds != job.creationSeconds || known->isIncoming())
             numbers->insert(job.job.number);
     }
     for (const CupsJob &job : qAsConst(m_jobs)) {
-        if (!job.isFinished() && unfinished.count(job.job.number) == 0)
+        if (job.state < IPP_JSTATE_CANCELED && unfinished.count(job.job.number) == 0)
             numbers->insert(job.job.number);
     }
     return true;
@@ -446,15 +468,26 @@ void CupsTransport::tell(const QVector<CupsJob> &jobs, QMap<int, CupsJob> *known
                 CupsJobs::creationTime(job.creationSeconds, now, m_previousCreation);
             m_previousCreation = job.job.createdMilliseconds;
         }
+        noteOrder(&job);
         if (!job.isEmptyOrder() && (!isKnown || before->isEmptyOrder() || before->job != job.job))
             changed.append(job.job);
-        if (!job.job.guid.isEmpty())
-            m_numbersByGuid.insert(job.job.guid, job.job.number);
         watch(job);
         known->insert(job.job.number, job);
     }
     if (!changed.isEmpty())
         Q_EMIT jobsSeen(changed);
+}
+
+// Of several jobs with the same token the first is ours, before which it was a secret.
+void CupsTransport::noteOrder(CupsJob *job)
+{
+    if (job->job.guid.isEmpty())
+        return;
+    const auto first = m_numbersByGuid.constFind(job->job.guid);
+    if (first == m_numbersByGuid.cend())
+        m_numbersByGuid.insert(job->job.guid, job->job.number);
+    else if (*first != job->job.number)
+        job->job.guid.clear();
 }
 
 void CupsTransport::watch(const CupsJob &job)

@@ -6,6 +6,7 @@
 #include "cupsnotifications.h"
 #include "printtransport.h"
 
+#include <QtCore/QDeadlineTimer>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QHash>
 #include <QtCore/QMap>
@@ -15,6 +16,7 @@
 #include <atomic>
 #include <deque>
 #include <memory>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -25,9 +27,22 @@
  *
  * Changes are told by the scheduler where it has our notifier (see notifier/); then it is looked every
  * heartbeatMilliseconds whether something was missed. Until the first such event, and where there is no
- * notifier, it is looked every pollMilliseconds. A look asks for the states of the unfinished jobs and for
- * new ones; only what changed is asked for whole. Where numbers of events are missing, all jobs are looked at
- * again.
+ * notifier, it is looked every Settings::pollMilliseconds. A look asks for the states of the unfinished jobs
+ * and for new ones; only what changed is asked for whole. Where numbers of events are missing, all jobs are
+ * looked at again.
+ *
+ * An order is two requests: Create-Job with the order's token, and Send-Document. By the first the scheduler
+ * has noted the job before it can print it, so that one that was killed says how far it came: without a
+ * document it has printed nothing, and the document is sent; with one it is not sent again. By a single
+ * Print-Job a killed scheduler begins to print jobs that it does not know afterwards, and they are printed
+ * twice. Where an answer is missing, all jobs are looked at for the token before anything is sent again. A
+ * scheduler that hung may still find the first request in its socket after that; so for
+ * Settings::settleMilliseconds after it answers again no order is given, and then all jobs are looked at once
+ * more. What it lost altogether after the document was sent is not given again either.
+ *
+ * A scheduler that is killed after it noted the first request, and not the second one, holds the job for
+ * ever. So it does with those of all clients. They count as failed, whether they were printed or not (see
+ * CupsJob::isAbandoned).
  *
  * TransportJob::createdMilliseconds is best at the first sight of a job: who comes later, after a restart, is
  * told whole seconds, and the order within them.
@@ -46,11 +61,19 @@ public:
         qint64 largestDocument = qint64(64) * 1024 * 1024;
         /// For the next byte of an answer.
         int patienceMilliseconds = CupsConnection::requestMilliseconds;
-        /// After the scheduler was not reached.
+        /// After the scheduler was not reached, at most: at first it is tried again much sooner.
         int retryMilliseconds = 1000;
+        /// Between two looks where nobody tells of changes.
+        int pollMilliseconds = 700;
+        /// After the disk did not take a document; twice as long each time, up to longestRestMilliseconds.
+        int restMilliseconds = 1000;
+        /// After a scheduler that hung answers again.
+        int settleMilliseconds = 500;
     };
 
-    static constexpr int pollMilliseconds = 700;
+    /// A document is tried so often, which takes a day.
+    static constexpr int mostTries = 300;
+    static constexpr int longestRestMilliseconds = 300000;
     static constexpr int heartbeatMilliseconds = 5000;
 
     explicit CupsTransport(const Settings &settings, QObject *parent = nullptr);
@@ -60,7 +83,8 @@ public Q_SLOTS:
     void start() override;
     /// Orders are carried out in the order in which they come.
     void submit(const TransportOrder &order) override;
-    /// Waits for a document that has not arrived yet. Of a job with several documents none is kept.
+    /// Waits for a document that has not arrived yet, and for a disk that is full or fails, though not for
+    /// ever. Of a job with several documents none is kept.
     void keepDocument(const QString &uuid, int number, const QString &path) override;
     /// A job that the scheduler does not know counts as forgotten, and so does one that is being printed
     /// again. Where the scheduler refuses, that is logged, and nothing is told.
@@ -75,24 +99,27 @@ private:
         QString uuid;
         int number;
         QString path;
+        int tries = 0;
     };
     struct Forgetting
     {
         QString uuid;
         int number;
     };
-    /// What became of a piece of work: it is done, refused for good, to be tried again, or the scheduler was
-    /// not reached.
-    enum class Outcome { Done, Refused, Waits, Unreached };
+    /// What became of a piece of work: it is done, refused for good, to be tried again, the disk did not take
+    /// it, or the scheduler was not reached.
+    enum class Outcome { Done, Refused, Waits, NoRoom, Unreached };
 
     void beginSoon();
     void work();
     bool workOnConnection();
     void workAgainIn(int milliseconds);
     void watchConnection();
+    bool isConnected() const { return m_connection.descriptor() >= 0; }
     int lookMilliseconds() const;
     int restingMilliseconds() const;
     void setReachable(bool isReachable);
+    void settle(bool isNewConnection);
 
     bool subscribe();
     bool cancelOldSubscriptions();
@@ -109,6 +136,7 @@ private:
     bool lookAtRange(int first, int count, QVector<CupsJob> *jobs);
     bool lookAtOne(int number, QVector<CupsJob> *jobs);
     void tell(const QVector<CupsJob> &jobs, QMap<int, CupsJob> *known);
+    void noteOrder(CupsJob *job);
     void watch(const CupsJob &job);
     const CupsJob *jobWith(int number, const QString &uuid) const;
     void forgetNumber(int number);
@@ -122,7 +150,8 @@ private:
     Outcome confirm(const TransportOrder &order, int number);
 
     bool keepDocuments();
-    Outcome keep(const Keeping &keeping);
+    Outcome keep(Keeping *keeping);
+    void rest(const QString &reason);
     bool forgetJobs();
     Outcome purge(int number);
 
@@ -139,7 +168,12 @@ private:
     std::set<int> m_printing;
     std::set<int> m_incoming; ///< jobs whose documents have not arrived
     std::deque<TransportOrder> m_orders;
+    QString m_sent; ///< token of the first order, where the scheduler may have its document
     std::vector<Keeping> m_keepings;
+    QDeadlineTimer m_rest; ///< of the disk
+    int m_restMilliseconds = 0;
+    std::optional<QDeadlineTimer> m_settling;
+    int m_failures = 0; ///< to reach the scheduler, in a row
     std::deque<Forgetting> m_forgettings;
     qint64 m_lookDuration = 0;
     qint64 m_previousCreation = 0;

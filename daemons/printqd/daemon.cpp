@@ -39,7 +39,7 @@ struct Daemon::VirtualDevice
 };
 
 Daemon::Daemon(const Options &options, const QDBusConnection &bus)
-    : m_jobs(options.jobs)
+    : m_jobs(qMin(options.jobs, options.historyLimit))
     , m_folder(options.stateDirectory)
     , m_store(m_folder.databasePath(), limitsOf(options))
     , m_transport(makeTransport(options, m_folder))
@@ -91,7 +91,11 @@ QString Daemon::start()
 QString Daemon::addJobs()
 {
     const int missing = m_jobs - m_store.size();
-    return missing > 0 ? m_queue.addJobs(missing) : QString();
+    QString failure;
+    if (missing > 0)
+        m_queue.addJobs(missing, [&failure](const QString &text) { failure = text; });
+    m_queue.finishWork();
+    return failure;
 }
 
 void Daemon::stop()

@@ -1,14 +1,19 @@
 // Opens, checks, reads and writes the database.
 #include "jobdatabase.h"
 
+#include "filedescriptor.h"
+#include "setaside.h"
+
 #include <QtCore/QDebug>
 #include <QtCore/QFile>
-#include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QUuid>
 
+#include <array>
+#include <cerrno>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -17,20 +22,22 @@ namespace {
 constexpr int applicationId = 0x5a425051;
 constexpr int schemaVersion = 1;
 
-// Result codes of SQLite that say that the file is no database any more
-// (https://www.sqlite.org/rescode.html).
+// Result codes of SQLite (https://www.sqlite.org/rescode.html): the statement does not fit the tables; the
+// file is no database any more.
+constexpr int resultError = 1;
 constexpr int resultCorrupt = 11;
 constexpr int resultNotADatabase = 26;
 
 // In the order in which they are bound and read.
 const char *const jobColumns[] = {
-    "guid",          "revision",        "uuid",           "number",         "document",
-    "original_uuid", "is_order",        "wants_document", "wants_picture",  "time_stamp",
-    "job_name",      "job_status",      "app_name",       "error_value",    "copy_count",
-    "series_count",  "heat1",           "heat2",          "tension1",       "tension2",
-    "event_type",    "supply_sku",      "supply_color",   "supply_mileage", "ribbon1_sku",
-    "ribbon1_color", "ribbon1_mileage", "ribbon2_sku",    "ribbon2_color",  "ribbon2_mileage",
-    "image_path",
+    "guid",           "revision",      "arrival",         "uuid",
+    "number",         "document",      "original_uuid",   "order_token",
+    "wants_document", "wants_picture", "time_stamp",      "job_name",
+    "job_status",     "app_name",      "error_value",     "copy_count",
+    "series_count",   "heat1",         "heat2",           "tension1",
+    "tension2",       "event_type",    "supply_sku",      "supply_color",
+    "supply_mileage", "ribbon1_sku",   "ribbon1_color",   "ribbon1_mileage",
+    "ribbon2_sku",    "ribbon2_color", "ribbon2_mileage", "image_path",
 };
 
 QStringList columnNames()
@@ -65,11 +72,12 @@ QVariantList valuesOf(const StoredJob &job)
     const PrintJobMetaData &record = job.record;
     return {record.GUID,
             qlonglong(job.revision),
+            qlonglong(job.arrival),
             textOrNull(job.uuid),
             job.number,
             textOrNull(job.document),
             textOrNull(job.originalUuid),
-            job.isOrder,
+            textOrNull(job.orderToken),
             job.wantsDocument,
             job.wantsPicture,
             record.timeStamp,
@@ -108,11 +116,12 @@ StoredJob jobOf(const QSqlQuery &row)
     };
     text(record.GUID);
     number(job.revision);
+    number(job.arrival);
     text(job.uuid);
     number(job.number);
     text(job.document);
     text(job.originalUuid);
-    number(job.isOrder);
+    text(job.orderToken);
     number(job.wantsDocument);
     number(job.wantsPicture);
     text(record.timeStamp);
@@ -140,6 +149,12 @@ StoredJob jobOf(const QSqlQuery &row)
     return job;
 }
 
+/// Extended codes have the plain one in their last byte.
+int codeOf(const QSqlError &error)
+{
+    return error.nativeErrorCode().toInt() & 0xff;
+}
+
 /// A list as one value for json_each(), so that one statement does for all.
 QString listText(const QStringList &list)
 {
@@ -147,12 +162,29 @@ QString listText(const QStringList &list)
 }
 
 /// The file for this user alone, before SQLite would make one for everybody. SQLite's further files take
-/// after it.
-void makePrivateFile(const QString &path)
+/// after it. Returns an empty text, or why there is none: what has its name may be something else, on which
+/// SQLite would wait.
+QString makePrivateFile(const QString &path)
 {
-    const int file = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
-    if (file >= 0)
-        ::close(file);
+    const FileDescriptor file(::open(QFile::encodeName(path).constData(),
+                                     O_RDWR | O_CREAT | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC, 0600));
+    struct stat status = {};
+    if (file.get() < 0 || ::fstat(file.get(), &status) != 0)
+        return qt_error_string(errno);
+    return S_ISREG(status.st_mode) ? QString() : QStringLiteral("no regular file");
+}
+
+/// Reads the file to its end. Returns an empty text, also where there is none, or why that is not possible.
+QString whyUnreadable(const QString &path)
+{
+    const FileDescriptor file(::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (file.get() < 0)
+        return errno == ENOENT ? QString() : qt_error_string(errno);
+    std::array<char, 65536> bytes;
+    ssize_t size = 1;
+    for (off_t place = 0; size > 0; place += size)
+        size = ::pread(file.get(), bytes.data(), bytes.size(), place);
+    return size == 0 ? QString() : qt_error_string(errno);
 }
 
 } // namespace
@@ -180,11 +212,22 @@ QString JobDatabase::open(DatabaseContent *content)
 {
     QString complaint;
     Opened opened = tryToOpen(content, &complaint);
+    // A disk that cannot be read at the moment may look like a damaged file, even to SQLite's own check.
     if (opened == Opened::Damaged) {
         close();
-        setAside(complaint);
         *content = {};
-        opened = tryToOpen(content, &complaint);
+        QString unreadable = whyUnreadable(m_path);
+        if (unreadable.isEmpty())
+            unreadable = whyUnreadable(m_path + QStringLiteral("-wal"));
+        opened = unreadable.isEmpty() ? tryToOpen(content, &complaint) : Opened::Impossible;
+        if (!unreadable.isEmpty())
+            complaint = unreadable;
+    }
+    if (opened == Opened::Damaged) {
+        close();
+        *content = {};
+        complaint = setAside(complaint);
+        opened = complaint.isEmpty() ? tryToOpen(content, &complaint) : Opened::Impossible;
     }
     if (opened == Opened::Yes)
         return {};
@@ -194,7 +237,9 @@ QString JobDatabase::open(DatabaseContent *content)
 
 JobDatabase::Opened JobDatabase::tryToOpen(DatabaseContent *content, QString *complaint)
 {
-    makePrivateFile(m_path);
+    *complaint = makePrivateFile(m_path);
+    if (!complaint->isEmpty())
+        return Opened::Impossible;
     m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
     m_database.setDatabaseName(m_path);
     m_database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=2000"));
@@ -209,14 +254,9 @@ JobDatabase::Opened JobDatabase::tryToOpen(DatabaseContent *content, QString *co
     if (prepared != Opened::Yes)
         return prepared;
     m_putJob = std::make_unique<QSqlQuery>(m_database);
-    if (!m_putJob->prepare(putStatement())) {
-        *complaint = QStringLiteral("not the tables of this daemon");
-        return Opened::Damaged;
-    }
-    if (load(content))
-        return Opened::Yes;
-    *complaint = m_error.isValid() ? m_error.databaseText() : QStringLiteral("not the tables of this daemon");
-    return Opened::Damaged;
+    if (!m_putJob->prepare(putStatement()))
+        return outcomeOfTables(m_putJob->lastError(), complaint);
+    return load(content, complaint);
 }
 
 JobDatabase::Opened JobDatabase::prepareSchema(QString *complaint)
@@ -225,15 +265,23 @@ JobDatabase::Opened JobDatabase::prepareSchema(QString *complaint)
     if (!objects.isValid())
         return outcomeOf(m_error, complaint);
     if (objects.toInt() == 0)
-        return createSchema() ? Opened::Yes : outcomeOf(m_error, complaint);
+        return createSchema(complaint);
 
-    if (valueOf(QStringLiteral("PRAGMA application_id")).toInt() != applicationId) {
+    const QVariant application = valueOf(QStringLiteral("PRAGMA application_id"));
+    if (!application.isValid())
+        return outcomeOf(m_error, complaint);
+    if (application.toInt() != applicationId) {
         *complaint = QStringLiteral("a database of another program");
         return Opened::Damaged;
     }
-    if (valueOf(QStringLiteral("PRAGMA user_version")).toInt() != schemaVersion) {
-        *complaint = QStringLiteral("of another version of this daemon");
-        return Opened::Damaged;
+    const QVariant version = valueOf(QStringLiteral("PRAGMA user_version"));
+    if (!version.isValid())
+        return outcomeOf(m_error, complaint);
+    if (version.toInt() != schemaVersion) {
+        const bool isLater = version.toInt() > schemaVersion;
+        *complaint = isLater ? QStringLiteral("of a later version of this daemon")
+                             : QStringLiteral("of no version of this daemon");
+        return isLater ? Opened::Impossible : Opened::Damaged;
     }
     const QVariant check = valueOf(QStringLiteral("PRAGMA quick_check(1)"));
     if (!check.isValid())
@@ -243,16 +291,27 @@ JobDatabase::Opened JobDatabase::prepareSchema(QString *complaint)
 }
 
 /// Whether the file is what makes \a error, so that another one would do.
-JobDatabase::Opened JobDatabase::outcomeOf(const QSqlError &error, QString *complaint) const
+JobDatabase::Opened JobDatabase::outcomeOf(const QSqlError &error, QString *complaint)
 {
-    *complaint = error.databaseText();
-    // Extended codes have the plain one in their last byte.
-    const int code = error.nativeErrorCode().toInt() & 0xff;
+    *complaint = error.isValid() ? error.databaseText() : QStringLiteral("it answers nothing");
+    const int code = codeOf(error);
     return code == resultCorrupt || code == resultNotADatabase ? Opened::Damaged : Opened::Impossible;
 }
 
-bool JobDatabase::createSchema()
+/// The same for a statement that only other tables than the daemon's make wrong.
+JobDatabase::Opened JobDatabase::outcomeOfTables(const QSqlError &error, QString *complaint)
 {
+    const Opened outcome = outcomeOf(error, complaint);
+    return codeOf(error) == resultError ? Opened::Damaged : outcome;
+}
+
+JobDatabase::Opened JobDatabase::createSchema(QString *complaint)
+{
+    // They were those of another file, and a new store would have them removed.
+    if (SetAside::hasFilesBeside(m_path)) {
+        *complaint = QStringLiteral("missing or empty");
+        return Opened::Damaged;
+    }
     const QString epoch = QUuid::createUuid().toString(QUuid::WithoutBraces);
     const bool isDone = execute(QStringLiteral("BEGIN IMMEDIATE"))
         && execute(QStringLiteral("PRAGMA application_id=%1").arg(applicationId))
@@ -268,10 +327,10 @@ bool JobDatabase::createSchema()
         && execute(QStringLiteral(
             "CREATE TABLE documents (name PRIMARY KEY, format, bytes, used) WITHOUT ROWID"))
         && execute(QStringLiteral("COMMIT"));
-    return isDone;
+    return isDone ? Opened::Yes : outcomeOf(m_error, complaint);
 }
 
-bool JobDatabase::load(DatabaseContent *content)
+JobDatabase::Opened JobDatabase::load(DatabaseContent *content, QString *complaint)
 {
     QSqlQuery query(m_database);
     query.setForwardOnly(true);
@@ -307,9 +366,12 @@ bool JobDatabase::load(DatabaseContent *content)
                       })
         && forEachRow(QStringLiteral("SELECT name, format, bytes, used FROM documents"), [&] {
                content->documents.append({query.value(0).toString(), query.value(1).toString(),
-                                          query.value(2).toLongLong(), query.value(3).toLongLong()});
+                                          query.value(2).toLongLong(), query.value(3).toULongLong()});
            });
-    return isRead && hasState && !content->epoch.isEmpty();
+    if (!isRead)
+        return outcomeOfTables(m_error, complaint);
+    *complaint = QStringLiteral("it has no epoch");
+    return hasState && !content->epoch.isEmpty() ? Opened::Yes : Opened::Damaged;
 }
 
 bool JobDatabase::execute(const QString &statement)
@@ -339,7 +401,7 @@ bool JobDatabase::execute(const QString &statement, const QVariantList &values)
 QVariant JobDatabase::valueOf(const QString &statement)
 {
     QSqlQuery query(m_database);
-    if (query.exec(statement) && query.next())
+    if (query.exec(statement) && query.next() && !query.isNull(0))
         return query.value(0);
     m_error = query.lastError();
     return {};
@@ -363,7 +425,7 @@ bool JobDatabase::writeRows(const DatabaseChange &change)
     }
     for (const KeptDocument &document : change.documentsPut) {
         if (!execute(QStringLiteral("INSERT OR REPLACE INTO documents VALUES (?, ?, ?, ?)"),
-                     {document.name, document.format, document.bytes, document.used}))
+                     {document.name, document.format, document.bytes, qlonglong(document.used)}))
             return false;
     }
     const auto removeAll = [this](const QString &statement, const QStringList &list) {
@@ -412,22 +474,15 @@ bool JobDatabase::writeJobs(const QVector<StoredJob> &jobs)
     return true;
 }
 
-// A device that damages the file at every power cut must not fill its disk with them.
-constexpr int mostSetAside = 5;
-
-void JobDatabase::setAside(const QString &complaint) const
+/// Returns an empty text, or why it stays.
+QString JobDatabase::setAside(const QString &complaint) const
 {
-    int number = 1;
-    const auto freePath = [this, &number] { return m_path + QStringLiteral(".damaged-%1").arg(number); };
-    while (QFileInfo::exists(freePath()) && number < mostSetAside)
-        ++number;
-    const QString log = QStringLiteral("-wal");
-    QFile::remove(freePath());
-    QFile::remove(freePath() + log);
-    QFile::rename(m_path + log, freePath() + log);
-    QFile::remove(m_path + QStringLiteral("-shm"));
-    const QString place = QFile::rename(m_path, freePath()) ? QStringLiteral("set aside as ") + freePath()
-                                                            : QStringLiteral("could not be set aside");
-    qWarning().noquote() << "job store" << m_path << "is not usable," << complaint + QStringLiteral(";")
-                         << place << "and a new one begins";
+    QString place;
+    const QString failure = SetAside::rename(m_path, &place);
+    if (!failure.isEmpty())
+        return QStringLiteral("%1; it cannot be set aside: %2").arg(complaint, failure);
+    qWarning().noquote() << "job store" << m_path << "is not usable,"
+                         << complaint + QStringLiteral("; set aside as")
+                         << place + QStringLiteral(", and a new one begins");
+    return {};
 }

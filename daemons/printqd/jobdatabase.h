@@ -57,10 +57,11 @@ public:
     ~JobDatabase();
 
     /**
-     * Opens the file, which is made where it is missing, and reads all of it. A file that is damaged, or of
-     * something else, is set aside as "<name>.damaged-1" to "-5", of which the last is replaced, and logged;
-     * the content is then that of a new one, with another epoch. Returns an empty text, or why the file can
-     * be used in no way.
+     * Opens the file, which is made where it is missing, and reads all of it. A file that can be read, and is
+     * damaged or of something else, is set aside together with the folders beside it (see SetAside), and so
+     * are these where the file is missing; that is logged, and the content is that of a new one, with another
+     * epoch. Returns an empty text, or why the file cannot be used: it cannot be read, for instance, or is of
+     * a later version; nothing has changed then.
      */
     QString open(DatabaseContent *content);
 
@@ -74,9 +75,10 @@ private:
 
     Opened tryToOpen(DatabaseContent *content, QString *complaint);
     Opened prepareSchema(QString *complaint);
-    Opened outcomeOf(const QSqlError &error, QString *complaint) const;
-    bool createSchema();
-    bool load(DatabaseContent *content);
+    static Opened outcomeOf(const QSqlError &error, QString *complaint);
+    static Opened outcomeOfTables(const QSqlError &error, QString *complaint);
+    Opened createSchema(QString *complaint);
+    Opened load(DatabaseContent *content, QString *complaint);
     bool execute(const QString &statement);
     QVariant valueOf(const QString &statement);
     bool writeRows(const DatabaseChange &change);
@@ -84,7 +86,7 @@ private:
     bool remove(const DatabaseChange &change);
     bool execute(const QString &statement, const QVariantList &values);
     void close();
-    void setAside(const QString &complaint) const;
+    QString setAside(const QString &complaint) const;
 
     const QString m_path;
     const QString m_connection;

@@ -9,6 +9,17 @@ namespace {
 /// Texts that many jobs have, such as a status or a colour, are kept once. So many are looked for.
 constexpr int mostSharedTexts = 1000;
 
+int textLength(const PrintJobMetaData &record)
+{
+    int length = 0;
+    for (const QString *const text :
+         {&record.timeStamp, &record.GUID, &record.jobName, &record.jobStatus, &record.supplySKU,
+          &record.supplyColor, &record.ribbon1SKU, &record.ribbon1Color, &record.ribbon2SKU,
+          &record.ribbon2Color, &record.imagePath})
+        length += text->size();
+    return length;
+}
+
 } // namespace
 
 JobStore::JobStore(const QString &path, const StoreLimits &limits)
@@ -26,8 +37,10 @@ QString JobStore::open()
     m_epoch = content.epoch;
     m_revision = content.revision;
     m_floor = content.floor;
-    for (const KeptDocument &document : content.documents)
+    for (const KeptDocument &document : content.documents) {
         m_documents.insert(document.name, {document, 0});
+        m_lastUse = std::max(m_lastUse, document.used);
+    }
     for (StoredJob &job : content.jobs) {
         share(job.record);
         keep(job);
@@ -52,6 +65,11 @@ const StoredJob *JobStore::findUuid(const QString &uuid) const
     return find(m_guidOfUuid.value(uuid));
 }
 
+const StoredJob *JobStore::findOrder(const QString &token) const
+{
+    return find(m_guidOfToken.value(token));
+}
+
 const KeptDocument *JobStore::documentOf(const StoredJob &job) const
 {
     const auto place = m_documents.constFind(job.document);
@@ -74,6 +92,25 @@ QVector<ForgottenJob> JobStore::forgotten() const
 int JobStore::size() const
 {
     return int(m_jobs.size());
+}
+
+int JobStore::orderCount() const
+{
+    return m_guidOfToken.size();
+}
+
+QStringList JobStore::firstFinished(quint64 arrival, int count) const
+{
+    QStringList guids;
+    for (auto job = m_finished.cbegin();
+         job != m_finished.cend() && job->first <= arrival && guids.size() < count; ++job)
+        guids.append(job->second);
+    return guids;
+}
+
+quint64 JobStore::lastArrival() const
+{
+    return m_lastArrival;
 }
 
 QStringList JobStore::guids() const
@@ -116,8 +153,12 @@ JobDifference JobStore::difference(const QString &knownEpoch, quint64 knownRevis
 
     const quint64 from = result.isComplete ? 0 : knownRevision;
     auto job = m_byRevision.upper_bound(from);
-    for (; job != m_byRevision.end() && result.jobs.size() < largestDifference; ++job)
+    for (int length = 0;
+         job != m_byRevision.end() && result.jobs.size() < largestDifference && length < longestDifference;
+         ++job) {
         result.jobs.append(job->second->record);
+        length += textLength(job->second->record);
+    }
     result.hasMore = job != m_byRevision.end();
     if (result.hasMore)
         result.revision = std::prev(job)->first;
@@ -135,10 +176,11 @@ ChangeResult JobStore::commit(const JobChange &change)
     ChangeResult result;
     DatabaseChange rows;
     rows.revision = m_revision;
-    const QStringList evictedJobs = evicted(change);
+    const QVector<StoredJob> coming = arriving(change.put);
+    const QStringList evictedJobs = evicted(coming, change.removed);
     const QSet<QString> evictedSet(evictedJobs.cbegin(), evictedJobs.cend());
 
-    for (StoredJob job : change.put) {
+    for (StoredJob job : coming) {
         const QString guid = job.record.GUID;
         const StoredJob *const known = find(guid);
         if (evictedSet.contains(guid)) {
@@ -170,8 +212,10 @@ ChangeResult JobStore::commit(const JobChange &change)
         if (m_forgotten.contains(uuid))
             rows.forgettingDone.append(uuid);
     }
-    if (change.document)
+    if (change.document) {
         rows.documentsPut.append(*change.document);
+        rows.documentsPut.last().used = m_lastUse + 1;
+    }
     countDocuments(change, rows);
 
     const bool isEmpty = rows.put.isEmpty() && rows.removed.isEmpty() && rows.forgotten.isEmpty()
@@ -196,28 +240,39 @@ ChangeResult JobStore::commit(const JobChange &change)
     return result;
 }
 
-/// The oldest finished jobs, also of those that come, as many as are too many.
-QStringList JobStore::evicted(const JobChange &change) const
+/// The jobs with their places in the order of arrival.
+QVector<StoredJob> JobStore::arriving(QVector<StoredJob> jobs) const
 {
-    int count = size() - change.removed.size();
-    for (const StoredJob &job : change.put)
+    quint64 last = m_lastArrival;
+    for (StoredJob &job : jobs) {
+        const StoredJob *const known = find(job.record.GUID);
+        job.arrival = known ? known->arrival : ++last;
+    }
+    return jobs;
+}
+
+/// The finished jobs that came first, also of those that come now, as many as are too many.
+QStringList JobStore::evicted(const QVector<StoredJob> &coming, const QStringList &removed) const
+{
+    int count = size() - removed.size();
+    for (const StoredJob &job : coming)
         count += find(job.record.GUID) ? 0 : 1;
     const int excess = count - m_limits.jobs;
     if (excess <= 0)
         return {};
 
-    QSet<QString> touched(change.removed.cbegin(), change.removed.cend());
-    std::vector<std::pair<qint64, QString>> candidates;
-    for (const StoredJob &job : change.put) {
+    QSet<QString> touched(removed.cbegin(), removed.cend());
+    std::vector<std::pair<quint64, QString>> candidates;
+    for (const StoredJob &job : coming) {
         touched.insert(job.record.GUID);
         if (isFinished(job.record.jobStatus))
-            candidates.emplace_back(timeOf(job.record), job.record.GUID);
+            candidates.emplace_back(job.arrival, job.record.GUID);
     }
     int taken = 0;
     for (auto job = m_finished.cbegin(); job != m_finished.cend() && taken < excess; ++job) {
         if (touched.contains(job->second))
             continue;
-        candidates.push_back(*job);
+        candidates.emplace_back(job->first, job->second);
         ++taken;
     }
     std::sort(candidates.begin(), candidates.end());
@@ -274,21 +329,22 @@ QStringList JobStore::oldestDocuments(const JobChange &change, const DatabaseCha
     if (!change.document)
         return {};
     qint64 bytes = m_documents.contains(change.document->name) ? 0 : change.document->bytes;
+    for (const Shelved &shelved : m_documents)
+        bytes += shelved.document.bytes;
+    if (bytes <= m_limits.documentBytes)
+        return {};
     QSet<QString> pinned{change.document->name};
-    for (const QString &guid : m_orders)
+    for (const QString &guid : m_guidOfToken)
         pinned.insert(find(guid)->document);
     for (const StoredJob &job : rows.put) {
-        if (job.isOrder)
+        if (job.isOrder())
             pinned.insert(job.document);
     }
-    std::vector<std::pair<qint64, QString>> candidates;
+    std::vector<std::pair<quint64, QString>> candidates;
     for (const Shelved &shelved : m_documents) {
-        bytes += shelved.document.bytes;
         if (!pinned.contains(shelved.document.name) && !rows.documentsRemoved.contains(shelved.document.name))
             candidates.emplace_back(shelved.document.used, shelved.document.name);
     }
-    if (bytes <= m_limits.documentBytes)
-        return {};
     std::sort(candidates.begin(), candidates.end());
     QStringList names;
     for (const auto &candidate : candidates) {
@@ -315,8 +371,10 @@ void JobStore::apply(const DatabaseChange &rows)
         m_forgotten.insert(job.uuid, job.number);
     for (const QString &uuid : rows.forgettingDone)
         m_forgotten.remove(uuid);
-    for (const KeptDocument &document : rows.documentsPut)
+    for (const KeptDocument &document : rows.documentsPut) {
         m_documents[document.name].document = document;
+        m_lastUse = std::max(m_lastUse, document.used);
+    }
     for (const StoredJob &job : rows.put) {
         drop(job.record.GUID);
         keep(job);
@@ -338,11 +396,12 @@ void JobStore::keep(const StoredJob &job)
     const StoredJob &kept = m_jobs.insert_or_assign(guid, job).first->second;
     m_byRevision[kept.revision] = &kept;
     if (isFinished(kept.record.jobStatus))
-        m_finished.emplace(timeOf(kept.record), guid);
+        m_finished.emplace(kept.arrival, guid);
+    m_lastArrival = std::max(m_lastArrival, kept.arrival);
     if (!kept.uuid.isEmpty())
         m_guidOfUuid.insert(kept.uuid, guid);
-    if (kept.isOrder)
-        m_orders.insert(guid);
+    if (kept.isOrder())
+        m_guidOfToken.insert(kept.orderToken, guid);
     const auto document = m_documents.find(kept.document);
     if (document != m_documents.end())
         ++document->references;
@@ -355,9 +414,9 @@ void JobStore::drop(const QString &guid)
         return;
     const StoredJob &job = place->second;
     m_byRevision.erase(job.revision);
-    m_finished.erase({timeOf(job.record), guid});
+    m_finished.erase(job.arrival);
     m_guidOfUuid.remove(job.uuid);
-    m_orders.remove(guid);
+    m_guidOfToken.remove(job.orderToken);
     const auto document = m_documents.find(job.document);
     if (document != m_documents.end())
         --document->references;

@@ -45,7 +45,8 @@ struct ChangeResult
     QStringList removedDocuments; ///< names of files that nobody needs any more
 };
 
-/// What is kept at most. The oldest goes first; jobs that are not finished, and documents of orders, stay.
+/// What is kept at most. What came, or was used, first goes first, whatever the clock said then; jobs that
+/// are not finished, and documents of orders, stay.
 struct StoreLimits
 {
     int jobs = 10000;
@@ -64,17 +65,24 @@ class JobStore
 public:
     JobStore(const QString &path, const StoreLimits &limits);
 
-    /// Reads the database; see JobDatabase::open().
+    /// Reads the database; see JobDatabase::open(), also for what becomes of the folders beside it.
     QString open();
 
     const StoredJob *find(const QString &guid) const;
     const StoredJob *findUuid(const QString &uuid) const;
+    /// The order that waits for a job with \a token.
+    const StoredJob *findOrder(const QString &token) const;
     /// The kept document of a job; null where there is none any more.
     const KeptDocument *documentOf(const StoredJob &job) const;
     bool isForgotten(const QString &uuid) const;
     QVector<ForgottenJob> forgotten() const;
 
     int size() const;
+    int orderCount() const;
+    /// The first \a count of the finished jobs that came up to \a arrival, in the order in which they came.
+    QStringList firstFinished(quint64 arrival, int count) const;
+    /// The last one's place in the order in which the jobs came.
+    quint64 lastArrival() const;
     /// In their order, which makes them cheap to put into a map.
     QStringList guids() const;
     QStringList documentNames() const;
@@ -83,9 +91,10 @@ public:
     QString epoch() const;
     quint64 revision() const;
 
-    /// One answer has so many jobs at most, which keeps it far below what a bus carries in one message (32
-    /// MiB).
+    /// One answer has so many jobs at most, and ends at so many characters, which keeps it far below what a
+    /// bus carries in one message (32 MiB).
     static constexpr int largestDifference = 4000;
+    static constexpr int longestDifference = 4 * 1024 * 1024;
     /**
      * What who knows \a knownRevision of \a knownEpoch does not know. Where that is too long ago the
      * difference is complete, unless the caller is in the middle of a complete one that was begun at the
@@ -106,7 +115,8 @@ private:
     void keep(const StoredJob &job);
     void drop(const QString &guid);
     void share(PrintJobMetaData &record);
-    QStringList evicted(const JobChange &change) const;
+    QVector<StoredJob> arriving(QVector<StoredJob> jobs) const;
+    QStringList evicted(const QVector<StoredJob> &coming, const QStringList &removed) const;
     quint64 floorAfter(int newTombstones, quint64 revision) const;
     void countDocuments(const JobChange &change, DatabaseChange &rows) const;
     QStringList oldestDocuments(const JobChange &change, const DatabaseChange &rows) const;
@@ -119,9 +129,11 @@ private:
     quint64 m_floor = 0;
     std::map<QString, StoredJob> m_jobs;
     std::map<quint64, const StoredJob *> m_byRevision;
-    std::set<std::pair<qint64, QString>> m_finished;
+    std::map<quint64, QString> m_finished; ///< by arrival
+    quint64 m_lastArrival = 0;
+    quint64 m_lastUse = 0;
     QHash<QString, QString> m_guidOfUuid;
-    QSet<QString> m_orders;
+    QHash<QString, QString> m_guidOfToken;
     QHash<QString, quint64> m_tombstones;
     Removal m_removals;
     QHash<QString, int> m_forgotten;

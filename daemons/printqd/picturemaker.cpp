@@ -3,8 +3,10 @@
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
+#include <QtCore/QThread>
 #include <QtCore/QtEndian>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <fcntl.h>
@@ -21,6 +23,9 @@ constexpr rlim_t largestPicture = 8 * 1024 * 1024;
 constexpr rlim_t mostFiles = 64;
 constexpr int mostMilliseconds = 10000;
 constexpr int lowestPriority = 19;
+constexpr int longestRest = 60000;
+/// With less room a picture may have failed for want of it.
+constexpr off_t enoughRoom = 1024 * 1024;
 
 struct Tool
 {
@@ -134,12 +139,15 @@ private:
 PictureMaker::PictureMaker(QObject *parent)
     : QObject(parent)
     , m_limit(this)
+    , m_rest(this)
 {
     m_limit.setSingleShot(true);
     connect(&m_limit, &QTimer::timeout, this, [this] {
         if (m_tool)
             m_tool->kill();
     });
+    m_rest.setSingleShot(true);
+    connect(&m_rest, &QTimer::timeout, this, [this] { begin(m_work); });
 }
 
 PictureMaker::~PictureMaker()
@@ -149,6 +157,8 @@ PictureMaker::~PictureMaker()
     m_tool->disconnect(this);
     m_tool->kill();
     m_tool->waitForFinished();
+    if (m_sync)
+        m_sync->wait();
     QFile::remove(m_work.picturePath + QLatin1String(".new"));
 }
 
@@ -160,13 +170,13 @@ void PictureMaker::make(const QString &guid, const QString &documentPath, const 
         return;
     }
     m_waiting.enqueue(work);
-    if (!m_tool)
+    if (!m_tool && !m_rest.isActive())
         QMetaObject::invokeMethod(this, &PictureMaker::next, Qt::QueuedConnection);
 }
 
 void PictureMaker::next()
 {
-    if (!m_tool && !m_waiting.isEmpty())
+    if (!m_tool && !m_rest.isActive() && !m_waiting.isEmpty())
         begin(m_waiting.dequeue());
 }
 
@@ -187,10 +197,10 @@ void PictureMaker::begin(const Work &work)
     m_tool->setStandardErrorFile(QProcess::nullDevice());
     connect(m_tool, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)
-            finish(QStringLiteral("%1 cannot be run").arg(m_tool->program()));
+            end(QStringLiteral("%1 cannot be run").arg(m_tool->program()));
     });
     connect(m_tool, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
-            [this] { finish(takePicture()); });
+            [this] { end(takePicture()); });
     m_limit.start(mostMilliseconds);
     m_tool->start(tool.program, tool.arguments);
 }
@@ -210,16 +220,66 @@ QString PictureMaker::takePicture()
     return {};
 }
 
-void PictureMaker::finish(const QString &reason)
+void PictureMaker::end(const QString &reason)
 {
     m_limit.stop();
+    if (reason.isEmpty())
+        syncFolder();
+    else
+        finish(reason);
+}
+
+// By a thread of its own, for the same reason for which the tool writes through.
+void PictureMaker::syncFolder()
+{
+    const QByteArray path = QFile::encodeName(QFileInfo(m_work.picturePath).path());
+    m_sync.reset(QThread::create([path] {
+        const int folder = ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        if (folder < 0)
+            return;
+        // Where the disk fails at this, the picture is there all the same, as long as there is power.
+        fsync(folder);
+        ::close(folder);
+    }));
+    connect(m_sync.get(), &QThread::finished, this, [this] { finish({}); });
+    m_sync->start();
+}
+
+void PictureMaker::finish(const QString &reason)
+{
     m_tool->disconnect(this);
     m_tool->deleteLater();
     m_tool = nullptr;
     if (!reason.isEmpty())
         QFile::remove(m_work.picturePath + QLatin1String(".new"));
+    if (!reason.isEmpty() && !hasRoom() && ++m_work.tries < mostTries) {
+        tryAgainLater();
+        return;
+    }
     answer(m_work, reason);
     QMetaObject::invokeMethod(this, &PictureMaker::next, Qt::QueuedConnection);
+}
+
+// A tool does not tell why it did not write; another file of that size is a way to find out.
+bool PictureMaker::hasRoom() const
+{
+    const QByteArray path = QFile::encodeName(m_work.picturePath + QLatin1String(".new"));
+    const int file =
+        ::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
+    const int error = file < 0 ? errno : posix_fallocate(file, 0, enoughRoom);
+    if (file >= 0) {
+        ::close(file);
+        unlink(path.constData());
+    }
+    return error != ENOSPC && error != EDQUOT && error != EIO;
+}
+
+void PictureMaker::tryAgainLater()
+{
+    qint64 rest = m_firstRest;
+    for (int count = 1; count < m_work.tries && rest < longestRest; ++count)
+        rest *= 2;
+    m_rest.start(int(qMin<qint64>(rest, longestRest)));
 }
 
 void PictureMaker::answer(const Work &work, const QString &reason)

@@ -7,7 +7,10 @@
 #include <QtCore/QString>
 #include <QtCore/QTimer>
 
+#include <memory>
+
 class LimitedProcess;
+class QThread;
 
 /**
  * A document comes from anybody, so another program reads it: pdftoppm (Debian: poppler-utils) the first page
@@ -16,7 +19,9 @@ class LimitedProcess;
  * document is, its first bytes say. Other kinds have no picture.
  *
  * One tool runs at a time; all calls are for the object's thread and return at once. The answer always comes
- * by a signal, from the event loop, one for each make().
+ * by a signal, from the event loop, one for each make(). Where there was no picture because the disk was
+ * full, it is tried again, in a second and then after twice as long each time, mostTries times in a quarter
+ * of an hour; the others wait meanwhile.
  */
 class PictureMaker : public QObject
 {
@@ -27,15 +32,19 @@ public:
     static constexpr int longestSide = 480;
     /// So many wait for their turn. Who comes later is told notMade().
     static constexpr int mostWaiting = 1000;
+    static constexpr int mostTries = 20;
 
     explicit PictureMaker(QObject *parent = nullptr);
     /// Ends the tool that runs.
     ~PictureMaker() override;
 
+    /// Instead of a second, before the first new try.
+    void setRest(int milliseconds) { m_firstRest = milliseconds; }
+
     /**
      * Makes a PNG file at \a picturePath from the document at \a documentPath; both are absolute. It appears
-     * there whole, in place of what is there, readable for whoever may enter the folder (mode 0644). \a guid
-     * only comes back with the signals.
+     * there whole, and is on the disk, in place of what is there, readable for whoever may enter the folder
+     * (mode 0644). \a guid only comes back with the signals.
      */
     void make(const QString &guid, const QString &documentPath, const QString &picturePath);
 
@@ -50,6 +59,7 @@ private:
         QString guid;
         QString documentPath;
         QString picturePath;
+        int tries = 0;
     };
 
     void next();
@@ -57,9 +67,16 @@ private:
     void finish(const QString &reason);
     void answer(const Work &work, const QString &reason);
     QString takePicture();
+    void end(const QString &reason);
+    void syncFolder();
+    bool hasRoom() const;
+    void tryAgainLater();
 
     QQueue<Work> m_waiting;
     Work m_work;
     LimitedProcess *m_tool = nullptr;
     QTimer m_limit;
+    QTimer m_rest;
+    int m_firstRest = 1000;
+    std::unique_ptr<QThread> m_sync;
 };

@@ -10,19 +10,28 @@
 
 #include <QtCore/QDateTime>
 #include <QtCore/QDebug>
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QMap>
 #include <QtCore/QSet>
 #include <QtCore/QUuid>
 
+#include <algorithm>
 #include <unistd.h>
 
 namespace {
 
 constexpr int againMilliseconds = 1000;
-/// So many files are removed before the bus is looked at again.
+/// So long what the transport tells is dealt with, and so many jobs are changed or files removed, before the
+/// bus is looked at again.
+constexpr int turnMilliseconds = 10;
+constexpr int jobsAtOnce = 250;
 constexpr int filesAtOnce = 100;
+
+/// Believable jobs lie before all others, but not before this, some 30,000 years ago: a record may have any
+/// time.
+constexpr qint64 earliestTime = -1000000000000000;
 
 QString newName()
 {
@@ -42,20 +51,27 @@ PrintQueue::PrintQueue(JobStore &store, const StateFolder &folder, TransportThre
     m_again.setSingleShot(true);
     m_again.setInterval(againMilliseconds);
     connect(&m_again, &QTimer::timeout, this, &PrintQueue::takeWaiting);
+    m_soon.setSingleShot(true);
+    m_soon.setInterval(0);
+    connect(&m_soon, &QTimer::timeout, this, &PrintQueue::takeWaiting);
+    m_slices.setInterval(0);
+    connect(&m_slices, &QTimer::timeout, this, &PrintQueue::doSlice);
     m_removal.setInterval(0);
     connect(&m_removal, &QTimer::timeout, this, &PrintQueue::removeSomeFiles);
 
     const PrintTransport *const source = &transport.transport();
-    connect(source, &PrintTransport::jobsSeen, this,
-            [this](const QVector<TransportJob> &jobs) { take([this, jobs] { return noteJobs(jobs); }); });
+    connect(source, &PrintTransport::jobsSeen, this, [this](const QVector<TransportJob> &jobs) {
+        for (int first = 0; first < jobs.size(); first += jobsAtOnce)
+            take([this, some = jobs.mid(first, jobsAtOnce)] { return noteJobs(some); });
+    });
     connect(source, &PrintTransport::listCompleted, this,
             [this](const QStringList &uuids) { take([this, uuids] { return noteList(uuids); }); });
-    connect(source, &PrintTransport::submitted, this, [this](const QString &guid, const QString &uuid) {
-        take([this, guid, uuid] { return noteSubmission(guid, uuid); });
+    connect(source, &PrintTransport::submitted, this, [this](const QString &token, const QString &uuid) {
+        take([this, token, uuid] { return noteSubmission(token, uuid); });
     });
     connect(source, &PrintTransport::submissionFailed, this,
-            [this](const QString &guid, const QString &reason) {
-                take([this, guid, reason] { return noteFailedSubmission(guid, reason); });
+            [this](const QString &token, const QString &reason) {
+                take([this, token, reason] { return noteFailedSubmission(token, reason); });
             });
     connect(source, &PrintTransport::documentKept, this,
             [this](const QString &uuid, const QString &path, const QString &format) {
@@ -99,8 +115,8 @@ void PrintQueue::orderAgain()
 {
     QMap<quint64, StoredJob> orders;
     m_store.forEach([&orders](const StoredJob &job) {
-        if (job.isOrder)
-            orders.insert(job.revision, job);
+        if (job.isOrder())
+            orders.insert(job.arrival, job);
     });
     for (const StoredJob &job : orders)
         submit(job);
@@ -110,14 +126,13 @@ void PrintQueue::submit(const StoredJob &job)
 {
     const KeptDocument *const document = m_store.documentOf(job);
     if (!document) {
-        const QString guid = job.record.GUID;
-        take([this, guid] {
-            return noteFailedSubmission(guid, QStringLiteral("its document is not there any more"));
+        take([this, token = job.orderToken] {
+            return noteFailedSubmission(token, QStringLiteral("its document is not there any more"));
         });
         return;
     }
     TransportOrder order;
-    order.guid = job.record.GUID;
+    order.guid = job.orderToken;
     order.documentPath = m_folder.documentPath(document->name);
     order.format = document->format;
     order.name = job.record.jobName;
@@ -137,12 +152,18 @@ void PrintQueue::take(const Notice &notice)
 {
     m_waiting.push_back(notice);
     if (!m_again.isActive())
-        takeWaiting();
+        m_soon.start();
 }
 
 void PrintQueue::takeWaiting()
 {
+    QElapsedTimer sinceBegin;
+    sinceBegin.start();
     while (!m_waiting.empty()) {
+        if (sinceBegin.hasExpired(turnMilliseconds)) {
+            m_soon.start();
+            return;
+        }
         // A notice may lead to another one, which must find this one gone.
         const Notice notice = m_waiting.front();
         m_waiting.pop_front();
@@ -162,14 +183,54 @@ void PrintQueue::takeWaiting()
 
 QString PrintQueue::commit(const JobChange &change)
 {
+    QStringList guids;
+    const QString failure = commit(change, &guids);
+    if (!guids.isEmpty())
+        emit changed(guids);
+    return failure;
+}
+
+/// The same, except that it tells nobody: \a changed gets the jobs.
+QString PrintQueue::commit(const JobChange &change, QStringList *changed)
+{
     const ChangeResult result = m_store.commit(change);
     if (!result.failure.isEmpty())
         return result.failure;
-    if (!result.changed.isEmpty())
-        emit changed(result.changed);
+    *changed += result.changed;
     forgetAll(result.toForget);
     removeFiles(result);
     return {};
+}
+
+void PrintQueue::begin(const std::function<Slice()> &next, const Done &done)
+{
+    m_work.push_back({next, done, {}});
+    if (m_work.size() == 1)
+        doSlice();
+    if (!m_work.empty())
+        m_slices.start();
+}
+
+void PrintQueue::doSlice()
+{
+    Work &work = m_work.front();
+    const Slice slice = work.next();
+    const QString failure = commit(slice.change, &work.changed);
+    if (failure.isEmpty() && !slice.isLast)
+        return;
+    const Work finished = std::move(work);
+    m_work.pop_front();
+    if (m_work.empty())
+        m_slices.stop();
+    if (!finished.changed.isEmpty())
+        emit changed(finished.changed);
+    finished.done(failure);
+}
+
+void PrintQueue::finishWork()
+{
+    while (!m_work.empty())
+        doSlice();
 }
 
 PrintQueue::Refused PrintQueue::reprint(const QString &guid, QString *reason)
@@ -184,8 +245,11 @@ PrintQueue::Refused PrintQueue::reprint(const QString &guid, QString *reason)
         *reason = QStringLiteral("the document of the job %1 is not kept").arg(guid);
         return Refused::NoDocument;
     }
-    const qint64 now = QDateTime::currentMSecsSinceEpoch();
-    StoredJob order = reprintOf(*job, newName(), now);
+    if (m_store.orderCount() >= mostOrders) {
+        *reason = QStringLiteral("%1 orders wait to be submitted already").arg(mostOrders);
+        return Refused::TooManyOrders;
+    }
+    StoredJob order = reprintOf(*job, newName(), newName(), QDateTime::currentMSecsSinceEpoch());
     putSupplies(readSupplies(m_folder.suppliesPath()), &order.record);
     order.record.imagePath = linkPicture(*job, order.record.GUID);
     order.wantsPicture = order.record.imagePath.isEmpty();
@@ -193,7 +257,6 @@ PrintQueue::Refused PrintQueue::reprint(const QString &guid, QString *reason)
     JobChange change;
     change.put.append(order);
     change.document = *document;
-    change.document->used = now;
     *reason = commit(change);
     if (!reason->isEmpty()) {
         QFile::remove(m_folder.picturePath(order.record.GUID));
@@ -215,39 +278,51 @@ QString PrintQueue::linkPicture(const StoredJob &original, const QString &guid) 
     return isLinked ? to : QString();
 }
 
-QString PrintQueue::clear()
+void PrintQueue::clear(const Done &done)
 {
-    JobChange change;
-    m_store.forEach([&change](const StoredJob &job) {
-        if (isFinished(job.record.jobStatus))
-            change.removed.append(job.record.GUID);
-    });
-    return commit(change);
+    // What comes later is not meant.
+    const auto next = [this, last = m_store.lastArrival()] {
+        Slice slice;
+        slice.change.removed = m_store.firstFinished(last, jobsAtOnce);
+        slice.isLast = slice.change.removed.size() < jobsAtOnce;
+        return slice;
+    };
+    begin(next, done);
 }
 
-QString PrintQueue::addJobs(int count)
+void PrintQueue::addJobs(int count, const Done &done)
 {
     qint64 oldest = QDateTime::currentMSecsSinceEpoch();
     m_store.forEach([&oldest](const StoredJob &job) { oldest = qMin(oldest, timeOf(job.record)); });
 
-    JobChange change;
     KeptDocument document;
     document.name = newName();
     document.format = QStringLiteral("application/pdf");
-    document.used = QDateTime::currentMSecsSinceEpoch();
     const QString failure = writeBelievableDocument(m_folder.documentPath(document.name), &document.bytes);
-    if (!failure.isEmpty())
-        return failure;
-    change.document = document;
-    change.put = believableJobs(count, m_store.size(), oldest);
-    for (StoredJob &job : change.put) {
+    if (!failure.isEmpty()) {
+        done(failure);
+        return;
+    }
+    QVector<StoredJob> jobs = believableJobs(count, m_store.size(), qMax(oldest, earliestTime));
+    // As in a shop, where the oldest came first.
+    std::reverse(jobs.begin(), jobs.end());
+    for (StoredJob &job : jobs) {
         job.record.GUID = newName();
         job.document = document.name;
     }
-    const QString reason = commit(change);
-    if (!reason.isEmpty())
-        QFile::remove(m_folder.documentPath(document.name));
-    return reason;
+    const auto next = [jobs, document, first = 0]() mutable {
+        Slice slice;
+        slice.change.document = document;
+        slice.change.put = jobs.mid(first, jobsAtOnce);
+        first += jobsAtOnce;
+        slice.isLast = first >= jobs.size();
+        return slice;
+    };
+    begin(next, [this, name = document.name, done](const QString &reason) {
+        if (!m_store.documentNames().contains(name))
+            QFile::remove(m_folder.documentPath(name));
+        done(reason);
+    });
 }
 
 QString PrintQueue::setJob(const PrintJobMetaData &record)
@@ -261,14 +336,20 @@ QString PrintQueue::setJob(const PrintJobMetaData &record)
     return commit(change);
 }
 
-QString PrintQueue::removeJobs(const QStringList &guids)
+void PrintQueue::removeJobs(const QStringList &guids, const Done &done)
 {
-    JobChange change;
-    for (const QString &guid : QSet<QString>(guids.cbegin(), guids.cend())) {
-        if (m_store.find(guid))
-            change.removed.append(guid);
-    }
-    return commit(change);
+    const QStringList all = QSet<QString>(guids.cbegin(), guids.cend()).values();
+    const auto next = [this, all, first = 0]() mutable {
+        Slice slice;
+        for (const QString &guid : all.mid(first, jobsAtOnce)) {
+            if (m_store.find(guid))
+                slice.change.removed.append(guid);
+        }
+        first += jobsAtOnce;
+        slice.isLast = first >= all.size();
+        return slice;
+    };
+    begin(next, done);
 }
 
 QString PrintQueue::noteJobs(const QVector<TransportJob> &jobs)
@@ -276,18 +357,20 @@ QString PrintQueue::noteJobs(const QVector<TransportJob> &jobs)
     const QByteArray supplies = readSupplies(m_folder.suppliesPath());
     JobChange change;
     QHash<QString, int> places;
+    QSet<QString> fulfilled;
     for (const TransportJob &seen : jobs) {
         if (seen.uuid.isEmpty() || m_store.isForgotten(seen.uuid))
             continue;
-        const StoredJob *known = m_store.findUuid(seen.uuid);
-        const StoredJob *const ordered = known ? nullptr : m_store.find(seen.guid);
-        // Anybody can write a GUID into a job: it says something only where somebody waits for such a job.
-        if (ordered && ordered->isOrder)
-            known = ordered;
         const auto place = places.constFind(seen.uuid);
         if (place != places.constEnd()) {
             updateJob(seen, &change.put[*place]);
             continue;
+        }
+        const StoredJob *known = m_store.findUuid(seen.uuid);
+        // A token is public once a job carries it: it is good for one new job.
+        if (!known && !fulfilled.contains(seen.guid)) {
+            known = m_store.findOrder(seen.guid);
+            fulfilled.insert(seen.guid);
         }
         StoredJob job;
         if (known) {
@@ -315,39 +398,55 @@ QString PrintQueue::noteList(const QStringList &uuids)
 {
     const QSet<QString> existing(uuids.cbegin(), uuids.cend());
     JobChange change;
+    const auto isFull = [&change] { return change.put.size() + change.forgettingDone.size() >= jobsAtOnce; };
     m_store.forEach([&](const StoredJob &job) {
-        if (job.uuid.isEmpty() || isFinished(job.record.jobStatus) || existing.contains(job.uuid))
+        if (isFull() || job.uuid.isEmpty() || isFinished(job.record.jobStatus) || existing.contains(job.uuid))
             return;
         StoredJob lost = job;
         failJob(JobError::Lost, &lost);
         change.put.append(lost);
     });
     for (const ForgottenJob &job : m_store.forgotten()) {
-        if (!existing.contains(job.uuid))
+        if (!isFull() && !existing.contains(job.uuid))
             change.forgettingDone.append(job.uuid);
     }
-    return commit(change);
+    const QString failure = commit(change);
+    if (failure.isEmpty() && isFull())
+        m_waiting.push_front([this, uuids] { return noteList(uuids); });
+    return failure;
 }
 
-QString PrintQueue::noteSubmission(const QString &guid, const QString &uuid)
+QString PrintQueue::noteSubmission(const QString &token, const QString &uuid)
 {
-    const StoredJob *const known = m_store.find(guid);
-    // It can be known under the UUID already, by jobsSeen().
-    if (!known || !known->isOrder || m_store.findUuid(uuid))
+    // None where jobsSeen() has told it already.
+    const StoredJob *const known = m_store.findOrder(token);
+    if (!known)
         return {};
+    StoredJob job = *known;
+    const bool isOfAnother = m_store.findUuid(uuid) || m_store.isForgotten(uuid);
+    if (isOfAnother) {
+        qWarning().noquote() << "job" << job.record.GUID << "is ordered again: another job carries its order";
+        job.orderToken = newName();
+    } else if (uuid.isEmpty()) {
+        finishOrder(&job);
+    } else {
+        job.uuid = uuid;
+        job.orderToken.clear();
+    }
     JobChange change;
-    change.put.append(*known);
-    change.put.first().uuid = uuid;
-    change.put.first().isOrder = false;
-    return commit(change);
+    change.put.append(job);
+    const QString failure = commit(change);
+    if (failure.isEmpty() && isOfAnother)
+        submit(job);
+    return failure;
 }
 
-QString PrintQueue::noteFailedSubmission(const QString &guid, const QString &reason)
+QString PrintQueue::noteFailedSubmission(const QString &token, const QString &reason)
 {
-    const StoredJob *const known = m_store.find(guid);
-    if (!known || !known->isOrder)
+    const StoredJob *const known = m_store.findOrder(token);
+    if (!known)
         return {};
-    qWarning().noquote() << "job" << guid << "cannot be submitted:" << reason;
+    qWarning().noquote() << "job" << known->record.GUID << "cannot be submitted:" << reason;
     JobChange change;
     change.put.append(*known);
     failJob(JobError::Failed, &change.put.first());
@@ -373,7 +472,7 @@ QString PrintQueue::noteDocument(const QString &uuid, const QString &path, const
         return {};
     }
     JobChange change;
-    change.document = KeptDocument{name, format, QFileInfo(path).size(), QDateTime::currentMSecsSinceEpoch()};
+    change.document = KeptDocument{name, format, QFileInfo(path).size(), 0};
     StoredJob job = *known;
     job.document = name;
     job.wantsDocument = false;

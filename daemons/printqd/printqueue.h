@@ -38,16 +38,28 @@ public:
 
     const JobStore &store() const { return m_store; }
 
-    /// How an order fails: the job is not known, its document is not there, or the disk does not take it.
-    enum class Refused { No, UnknownJob, NoDocument, NotWritten };
+    /// So many orders may wait to be submitted.
+    static constexpr int mostOrders = 1000;
+    /// How an order fails: the job is not known, its document is not there, too many wait, or the disk does
+    /// not take it.
+    enum class Refused { No, UnknownJob, NoDocument, TooManyOrders, NotWritten };
     Refused reprint(const QString &guid, QString *reason);
-    /// Removes what is finished. Returns an empty text, or why nothing was removed; so do the others.
-    QString clear();
+
+    /// Told at the end of work that may take longer: an empty text, or why the rest of it was not done.
+    using Done = std::function<void(const QString &failure)>;
+    /**
+     * Removes what is finished. Work on many jobs is done in slices, each one transaction, with the event
+     * loop in between, so that nobody waits for all of it; what changed is told at its end, before \a done.
+     * The first slice is done at once where no other work is under way.
+     */
+    void clear(const Done &done);
 
     // What a virtual device can do besides.
-    QString addJobs(int count);
+    void addJobs(int count, const Done &done);
     QString setJob(const PrintJobMetaData &record);
-    QString removeJobs(const QStringList &guids);
+    void removeJobs(const QStringList &guids, const Done &done);
+    /// Does the work that is under way without the event loop, as at a start.
+    void finishWork();
 
 Q_SIGNALS:
     /// These jobs are new, other or gone, and that is on the disk.
@@ -57,17 +69,33 @@ private:
     /// Something that the transport told; the result is empty or why it could not be written.
     using Notice = std::function<QString()>;
 
+    /// Some of the work on many jobs.
+    struct Slice
+    {
+        JobChange change;
+        bool isLast = false;
+    };
+    struct Work
+    {
+        std::function<Slice()> next;
+        Done done;
+        QStringList changed;
+    };
+
     void take(const Notice &notice);
     void takeWaiting();
+    void begin(const std::function<Slice()> &next, const Done &done);
+    void doSlice();
     QString commit(const JobChange &change);
+    QString commit(const JobChange &change, QStringList *changed);
     void orderAgain();
     void submit(const StoredJob &job);
     void forgetAll(const QVector<ForgottenJob> &jobs);
 
     QString noteJobs(const QVector<TransportJob> &jobs);
     QString noteList(const QStringList &uuids);
-    QString noteSubmission(const QString &guid, const QString &uuid);
-    QString noteFailedSubmission(const QString &guid, const QString &reason);
+    QString noteSubmission(const QString &token, const QString &uuid);
+    QString noteFailedSubmission(const QString &token, const QString &reason);
     QString noteDocument(const QString &uuid, const QString &path, const QString &format);
     QString noteMissingDocument(const QString &uuid, const QString &reason);
     QString noteForgotten(const QStringList &uuids);
@@ -85,8 +113,11 @@ private:
     TransportThread &m_transport;
     PictureMaker &m_pictures;
     std::deque<Notice> m_waiting;
+    QTimer m_soon;
     QTimer m_again;
     bool m_isDelayed = false;
+    std::deque<Work> m_work;
+    QTimer m_slices;
     QHash<QString, QString> m_keeping; ///< UUID to name of the document that is being copied
     std::deque<QString> m_pictureless;
     bool m_isMakingPicture = false;

@@ -71,13 +71,13 @@ void PrintService::reprintPrintJob(const QString &guid)
     const PrintQueue::Refused refused = m_queue.reprint(guid, &reason);
     if (refused == PrintQueue::Refused::UnknownJob)
         refuse(QDBusError::InvalidArgs, reason);
+    else if (refused == PrintQueue::Refused::TooManyOrders)
+        refuse(QDBusError::LimitsExceeded, reason);
     else if (refused != PrintQueue::Refused::No)
         refuse(QDBusError::Failed, reason);
 }
 
 void PrintService::clearPrintJob()
 {
-    const QString failure = m_queue.clear();
-    if (!failure.isEmpty())
-        refuse(QDBusError::Failed, failure);
+    m_queue.clear([answer = answerLater()](const QString &failure) { answer(refusalOf(failure)); });
 }

@@ -9,13 +9,18 @@ struct StoredJob
 {
     PrintJobMetaData record;
     quint64 revision = 0; ///< of the last change of the record; given by the store
+    quint64 arrival = 0; ///< grows with the order in which the jobs came here; given by the store
     QString uuid; ///< the transport's lasting name of the job; empty as long as it has none
     int number = 0; ///< the transport's number of the job, which it may give to another one later
     QString document; ///< name of the kept document; empty where there never was one
     QString originalUuid; ///< of an order: the job that it repeats
-    bool isOrder = false; ///< still to be submitted
+    /// Of an order that is still to be submitted: what travels with its job, by which that is known again.
+    /// Random, and told to nobody else, since whoever knows it can have the order taken for carried out.
+    QString orderToken;
     bool wantsDocument = false; ///< its document is still to be copied
     bool wantsPicture = false; ///< its picture is still to be made
+
+    bool isOrder() const { return !orderToken.isEmpty(); }
 };
 
 /// A document that can be printed again.
@@ -24,7 +29,7 @@ struct KeptDocument
     QString name; ///< of the file
     QString format; ///< MIME type; empty where it is not known
     qint64 bytes = 0;
-    qint64 used = 0; ///< when it was kept or last printed again, in milliseconds since the epoch
+    quint64 used = 0; ///< grows with the order in which they were kept or printed again; given by the store
 };
 
 /// A job that is gone here and that the transport has not forgotten yet.
@@ -43,6 +48,6 @@ enum class JobError { None = 0, Failed = 1, Cancelled = 2, Lost = 3 };
 
 /// Whether a job with this status is over.
 bool isFinished(const QString &status);
-/// Time of a job in milliseconds since the epoch; 0 where its time stamp is no number.
+/// Time of a job in milliseconds since the epoch, which may be any number; 0 where its time stamp is none.
 qint64 timeOf(const PrintJobMetaData &record);
 bool isSameRecord(const PrintJobMetaData &a, const PrintJobMetaData &b);

@@ -52,7 +52,7 @@ void updateJob(const TransportJob &seen, StoredJob *job)
 {
     job->uuid = seen.uuid;
     job->number = seen.number;
-    job->isOrder = false;
+    job->orderToken.clear();
     PrintJobMetaData &record = job->record;
     record.jobName = seen.name.left(longestName);
     record.copyCount = qMax(1, seen.copies);
@@ -68,14 +68,21 @@ void updateJob(const TransportJob &seen, StoredJob *job)
 
 void failJob(JobError error, StoredJob *job)
 {
-    job->isOrder = false;
+    job->orderToken.clear();
     job->wantsDocument = false;
     job->record.jobStatus = statusOf(TransportJob::State::Failed);
     job->record.errorValue = int(error);
     job->record.eventType = int(JobEvent::StateChanged);
 }
 
-StoredJob reprintOf(const StoredJob &job, const QString &guid, qint64 now)
+void finishOrder(StoredJob *job)
+{
+    job->orderToken.clear();
+    job->record.jobStatus = statusOf(TransportJob::State::Printed);
+    job->record.eventType = int(JobEvent::StateChanged);
+}
+
+StoredJob reprintOf(const StoredJob &job, const QString &guid, const QString &token, qint64 now)
 {
     StoredJob reprint;
     reprint.record = job.record;
@@ -88,6 +95,6 @@ StoredJob reprintOf(const StoredJob &job, const QString &guid, qint64 now)
     reprint.record.imagePath.clear();
     reprint.document = job.document;
     reprint.originalUuid = job.uuid;
-    reprint.isOrder = true;
+    reprint.orderToken = token;
     return reprint;
 }

@@ -11,5 +11,8 @@ void updateJob(const TransportJob &seen, StoredJob *job);
 /// The job has ended without the transport: it failed, or the scheduler lost it.
 void failJob(JobError error, StoredJob *job);
 
-/// The job once more: a new one, with the same content, that waits to be submitted.
-StoredJob reprintOf(const StoredJob &job, const QString &guid, qint64 now);
+/// The order was carried out by a job that the transport does not know any more: it was printed.
+void finishOrder(StoredJob *job);
+
+/// The job once more: a new one, with the same content, that waits to be submitted with \a token.
+StoredJob reprintOf(const StoredJob &job, const QString &guid, const QString &token, qint64 now);

@@ -22,7 +22,7 @@ public:
     void RemoveJobs(const QStringList &guids);
 
 private:
-    void refuseIf(const QString &failure);
+    static QString complaintAbout(const PrintJobMetaData &job);
 
     PrintQueue &m_queue;
 };

@@ -2,7 +2,11 @@
 #include "printqueuedaemon.h"
 
 #include <QtCore/QDeadlineTimer>
+#include <QtCore/QDir>
 #include <QtCore/QEventLoop>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QThread>
 #include <QtCore/QTimer>
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusConnectionInterface>
@@ -26,11 +30,17 @@ constexpr char controlInterface[] = "com.corvanta.VirtualPrintQueue1";
 
 } // namespace
 
+// In memory where the machine has such a folder: what a killed process leaves is up to the kernel and not to
+// the disk.
 PrintQueueDaemon::PrintQueueDaemon()
-    : m_watcher(QStringLiteral("com.corvanta.printqd"), QDBusConnection::systemBus(),
+    : m_directory(QFileInfo(QStringLiteral("/dev/shm")).isWritable()
+                      ? QStringLiteral("/dev/shm/printqd-XXXXXX")
+                      : QDir::tempPath() + QStringLiteral("/printqd-XXXXXX"))
+    , m_watcher(QStringLiteral("com.corvanta.printqd"), QDBusConnection::systemBus(),
                 QDBusServiceWatcher::WatchForRegistration)
 {
     registerJobTypes();
+    QDir(m_directory.path()).mkdir(QStringLiteral("state"));
 }
 
 PrintQueueDaemon::~PrintQueueDaemon()
@@ -44,6 +54,7 @@ void PrintQueueDaemon::launch(const QStringList &arguments)
     QStringList all{QStringLiteral("--state-directory"), stateDirectory()};
     if (!arguments.contains(QStringLiteral("--printer")))
         all.append(QStringLiteral("--without-scheduler"));
+    m_process->setStandardErrorFile(errorPath(), QIODevice::Append);
     m_process->start(QStringLiteral(PRINTQD_PROGRAM), arguments + all);
 }
 
@@ -79,10 +90,11 @@ bool PrintQueueDaemon::terminate()
 /// The bus notices the end of a process a moment later.
 void PrintQueueDaemon::waitUntilNameIsFree()
 {
-    QDeadlineTimer deadline(patienceMilliseconds);
+    const QDeadlineTimer deadline(patienceMilliseconds);
     while (
         QDBusConnection::systemBus().interface()->isServiceRegistered(QStringLiteral("com.corvanta.printqd"))
-        && !deadline.hasExpired()) { }
+        && !deadline.hasExpired())
+        QThread::msleep(1);
 }
 
 void PrintQueueDaemon::kill()
@@ -94,9 +106,10 @@ void PrintQueueDaemon::kill()
     waitUntilNameIsFree();
 }
 
-QString PrintQueueDaemon::standardError()
+QString PrintQueueDaemon::standardError() const
 {
-    return QString::fromUtf8(m_process->readAllStandardError());
+    QFile file(errorPath());
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
 QDBusMessage PrintQueueDaemon::call(const char *method, const QVariantList &arguments)

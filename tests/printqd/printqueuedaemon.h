@@ -38,9 +38,10 @@ public:
     bool terminate();
     void kill();
 
-    QString standardError();
-    QString stateDirectory() const { return m_directory.path(); }
-    QString statePath(const QString &name) const { return m_directory.filePath(name); }
+    /// All that has been said in this folder, also by those that were started before.
+    QString standardError() const;
+    QString stateDirectory() const { return m_directory.filePath(QStringLiteral("state")); }
+    QString statePath(const QString &name) const { return stateDirectory() + QLatin1Char('/') + name; }
 
     static QDBusMessage call(const char *method, const QVariantList &arguments = {});
     /// A call of com.corvanta.VirtualPrintQueue1.
@@ -54,6 +55,7 @@ public:
 
 private:
     void launch(const QStringList &arguments);
+    QString errorPath() const { return m_directory.filePath(QStringLiteral("errors")); }
     static void waitUntilNameIsFree();
 
     QTemporaryDir m_directory;

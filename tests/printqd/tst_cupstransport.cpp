@@ -11,6 +11,8 @@
 #include <QtCore/QUuid>
 #include <QtTest/QtTest>
 
+#include <atomic>
+#include <cerrno>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -34,14 +36,16 @@ private slots:
     void orderIsCarriedOutOnceWithTheOriginalsOptions();
     void halfAnOrderIsCompleted_data();
     void halfAnOrderIsCompleted();
+    void jobsThatAKilledSchedulerAbandonedHaveFailed();
     void hopelessOrdersAreRefused();
-    void documentIsKeptByteForByte();
-    void documentThatIsTooLargeIsNotKept();
+    void documentsAreKeptByteForByteOrNotAtAll();
+    void documentWaitsForTheDisk();
     void forgottenJobsAreGone();
     void manyJobsAreAllSeen();
     void pausedSchedulerIsGivenUpAndCaughtUpWith();
     void stopEndsARequestThatHangs();
     void killedSchedulerIsFoundAgain();
+    void orderOfADeadDaemonIsFoundInASchedulerThatHung();
     void ordersAreCarriedOutOnceWhileTheSchedulerIsKilled();
     void numbersGivenOutAgainAreOtherJobs();
     void notificationsOfOthersAreNotBelieved();
@@ -57,6 +61,7 @@ private:
     void keep(const TransportJob &job, const QString &path);
     void forget(const TransportJob &job);
     int timesSeen(const QString &guid) const;
+    State stateOf(const QString &guid) const;
 
     std::unique_ptr<CupsTransport> m_transport;
     std::unique_ptr<QThread> m_thread;
@@ -66,8 +71,24 @@ private:
     QStringList m_listed;
     QStringList m_events; ///< what else was told
     int m_lists = 0;
+    int m_failures = 0; ///< how often it was told that the scheduler is not reached
     bool m_isReachable = false;
 };
+
+namespace {
+
+std::atomic<int> syncError{0};
+std::atomic<int> syncs{0};
+
+} // namespace
+
+/// In place of the C library's: a disk that is full says so here at the latest.
+extern "C" int fsync(int file)
+{
+    ++syncs;
+    errno = syncError;
+    return errno == 0 ? fdatasync(file) : -1;
+}
 
 namespace {
 
@@ -90,8 +111,12 @@ QByteArray output(const QString &program, const QStringList &arguments, int *sta
     return process.readAll();
 }
 
+// Whether the scheduler may not be running as it should.
+bool isDisturbed = false;
+
 bool control(const char *word)
 {
+    isDisturbed = true;
     int status = -1;
     const QByteArray said = output(variable("ZBVIRTUALDEVICE_SCHEDULER"), {QLatin1String(word)}, &status);
     return status == 0;
@@ -145,21 +170,32 @@ bool ipp(const QByteArray &operation, const QByteArray &attributes)
 void CupsTransportTest::init()
 {
     m_settings = CupsTransport::Settings();
+    QCOMPARE(m_settings.patienceMilliseconds, 2000);
+    QCOMPARE(m_settings.retryMilliseconds, 1000);
+    QCOMPARE(m_settings.pollMilliseconds, 700);
     m_settings.printer = variable("ZBVIRTUALDEVICE_PRINTER");
+    m_settings.patienceMilliseconds = 1000;
+    m_settings.retryMilliseconds = 100;
+    m_settings.pollMilliseconds = 100;
     m_settings.notificationSocket = folder() + QStringLiteral("/notify");
     m_jobs.clear();
     m_order.clear();
     m_events.clear();
     m_listed.clear();
     m_lists = 0;
+    m_failures = 0;
     m_isReachable = false;
+    syncError = 0;
 }
 
 void CupsTransportTest::cleanup()
 {
     stopTransport();
-    output(variable("ZBVIRTUALDEVICE_SCHEDULER"), {QStringLiteral("resume")});
-    output(variable("ZBVIRTUALDEVICE_SCHEDULER"), {QStringLiteral("start")});
+    if (isDisturbed) {
+        output(variable("ZBVIRTUALDEVICE_SCHEDULER"), {QStringLiteral("resume")});
+        output(variable("ZBVIRTUALDEVICE_SCHEDULER"), {QStringLiteral("start")});
+    }
+    isDisturbed = false;
 }
 
 void CupsTransportTest::startTransport(bool isPushed)
@@ -198,8 +234,10 @@ void CupsTransportTest::startTransport(bool isPushed)
             });
     connect(transport, &CupsTransport::forgotten, this,
             [this](const QString &uuid) { m_events += QStringLiteral("forgotten %1").arg(uuid); });
-    connect(transport, &CupsTransport::reachableChanged, this,
-            [this](bool isReachable) { m_isReachable = isReachable; });
+    connect(transport, &CupsTransport::reachableChanged, this, [this](bool isReachable) {
+        m_isReachable = isReachable;
+        m_failures += isReachable ? 0 : 1;
+    });
     m_thread->start();
     QMetaObject::invokeMethod(transport, &CupsTransport::start, Qt::QueuedConnection);
 }
@@ -271,6 +309,13 @@ int CupsTransportTest::timesSeen(const QString &guid) const
 {
     return int(std::count_if(m_jobs.cbegin(), m_jobs.cend(),
                              [&](const TransportJob &job) { return job.guid == guid; }));
+}
+
+State CupsTransportTest::stateOf(const QString &guid) const
+{
+    const auto job = std::find_if(m_jobs.cbegin(), m_jobs.cend(),
+                                  [&](const TransportJob &other) { return other.guid == guid; });
+    return job != m_jobs.cend() ? job->state : State::Waiting;
 }
 
 void CupsTransportTest::eventsAreReadExactly_data()
@@ -454,19 +499,27 @@ void CupsTransportTest::orderIsCarriedOutOnceWithTheOriginalsOptions()
     QCOMPARE(print("text\n"), original + 2);
 }
 
+// The daemon was killed between the two requests.
 void CupsTransportTest::halfAnOrderIsCompleted_data()
 {
-    QTest::addColumn<bool>("isGivenUp");
-    QTest::newRow("killed between the two requests") << false;
-    QTest::newRow("and the scheduler took the job away meanwhile") << true;
+    QTest::addColumn<QString>("meanwhile");
+    QTest::newRow("the scheduler took the job away") << QStringLiteral("cancel");
+    QTest::newRow("the scheduler was killed as well") << QStringLiteral("kill");
+    QTest::newRow("somebody read the token") << QStringLiteral("copy");
 }
 
 void CupsTransportTest::halfAnOrderIsCompleted()
 {
-    QFETCH(bool, isGivenUp);
+    QFETCH(QString, meanwhile);
     const int before = print("text\n");
     const QString guid = newGuid();
-    QVERIFY(ipp("Create-Job", "GROUP job-attributes-tag\nATTR name zb-guid " + guid.toUtf8()));
+    QVERIFY(ipp("Create-Job", "GROUP job-attributes-tag\nATTR name zb-order " + guid.toUtf8()));
+    const bool isGivenUp = meanwhile == QLatin1String("cancel");
+    if (meanwhile == QLatin1String("kill"))
+        QVERIFY(control("kill") && control("start"));
+    const int copy = meanwhile == QLatin1String("copy")
+        ? print("another\n", {QStringLiteral("-o"), QStringLiteral("zb-order=") + guid})
+        : 0;
     if (isGivenUp)
         output(QStringLiteral("cancel"), {QStringLiteral("BrackenXL-%1").arg(before + 1)});
     startTransport();
@@ -480,7 +533,53 @@ void CupsTransportTest::halfAnOrderIsCompleted()
     QVERIFY(waitForState(number, State::Printed));
     QCOMPARE(contentOf(printedFile(number, "prn")), QByteArray("the document\n"));
     QCOMPARE(timesSeen(guid), 1);
-    QCOMPARE(print("text\n"), number + 1);
+    QCOMPARE(print("text\n"), qMax(number, copy) + 1);
+}
+
+// Clients print by two requests. A scheduler killed between them, or before it noted the second, holds the
+// job for ever.
+void CupsTransportTest::jobsThatAKilledSchedulerAbandonedHaveFailed()
+{
+    const int held = print("held\n", {QStringLiteral("-H"), QStringLiteral("hold")});
+    QVERIFY(ipp("Create-Job", {}));
+    const int empty = held + 1;
+    QVERIFY(ipp("Create-Job", {}));
+    const int half = held + 2;
+    QVERIFY(document("half\n").size() > 0);
+    QVERIFY(
+        ipp("Send-Document",
+            "ATTR integer job-id " + QByteArray::number(half)
+                + "\nATTR mimeMediaType document-format text/plain\nATTR boolean last-document false\nFILE "
+                + folder().toUtf8() + "/document.txt"));
+    // As long as somebody may go on with them they wait.
+    startTransport();
+    QVERIFY(waitForState(empty, State::Waiting));
+    QVERIFY(waitForState(half, State::Held));
+    QVERIFY(control("kill"));
+    QVERIFY(control("start"));
+    QVERIFY(waitForState(empty, State::Failed));
+    QVERIFY(waitForState(half, State::Failed));
+    QCOMPARE(jobNumber(held).state, State::Held);
+    QVERIFY(m_listed.contains(jobNumber(half).uuid));
+    // The document is there, and nothing is printed that may have been printed.
+    keep(jobNumber(half), folder() + QStringLiteral("/half"));
+    QTRY_COMPARE(m_events.size(), 1);
+    QCOMPARE(contentOf(folder() + QStringLiteral("/half")), QByteArray("half\n"));
+    QVERIFY(!QFileInfo::exists(printedFile(half, "prn")));
+    // Neither stays in the scheduler, unless somebody wants it printed.
+    forget(jobNumber(empty));
+    QTRY_COMPARE(m_events.size(), 2);
+    QCOMPARE(m_events.last(), QStringLiteral("forgotten ") + jobNumber(empty).uuid);
+    const QByteArray left = output(QStringLiteral("lpstat"), {QStringLiteral("-W"), QStringLiteral("all")});
+    QVERIFY2(left.contains("BrackenXL-" + QByteArray::number(half) + ' ')
+                 && !left.contains("BrackenXL-" + QByteArray::number(empty) + ' '),
+             left.constData());
+    output(QStringLiteral("lp"),
+           {QStringLiteral("-i"), QStringLiteral("BrackenXL-%1").arg(half), QStringLiteral("-H"),
+            QStringLiteral("resume")});
+    QVERIFY(waitForState(half, State::Printed));
+    output(QStringLiteral("cancel"), {QStringLiteral("BrackenXL-%1").arg(held)});
+    QVERIFY(waitForState(held, State::Cancelled));
 }
 
 void CupsTransportTest::hopelessOrdersAreRefused()
@@ -512,15 +611,17 @@ void CupsTransportTest::hopelessOrdersAreRefused()
         QVERIFY(job.guid != order.guid || job.documents == 1);
 }
 
-void CupsTransportTest::documentIsKeptByteForByte()
+void CupsTransportTest::documentsAreKeptByteForByteOrNotAtAll()
 {
+    m_settings.largestDocument = 100000;
     startTransport();
     QTRY_COMPARE(m_lists, 1);
     QByteArray content("%PDF-1.4\n\0\r\n\xff", 13);
-    for (int index = 0; index < 300000; ++index)
+    for (int index = 13; index < 100000; ++index)
         content.append(char(index * 7 + index / 251));
     const int number = print(content);
-    QTRY_COMPARE(jobNumber(number).number, number);
+    const int larger = print(content + 'x');
+    QTRY_COMPARE(jobNumber(larger).number, larger);
     const QString path = folder() + QStringLiteral("/kept");
     keep(jobNumber(number), path);
     QTRY_COMPARE(m_events,
@@ -530,40 +631,62 @@ void CupsTransportTest::documentIsKeptByteForByte()
              QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser);
     QVERIFY(!QFileInfo::exists(path + QStringLiteral(".new")));
 
+    // What is asked for after a document that is given up is not kept waiting by that.
+    keep(jobNumber(larger), path + QLatin1Char('1'));
+    keep(jobNumber(number), path + QLatin1Char('0'));
+    QTRY_COMPARE(m_events.size(), 3);
+    QCOMPARE(m_events.at(1),
+             QStringLiteral("not kept %1 it has more than 100000 bytes").arg(jobNumber(larger).uuid));
+    QVERIFY(contentOf(path + QLatin1Char('0')) == content);
+    QVERIFY(!QFileInfo::exists(path + QStringLiteral("1.new")));
+    QVERIFY(m_isReachable);
+    QCOMPARE(m_failures, 0);
+
     // Two documents in one job would be half kept.
     const QByteArray said =
         output(QStringLiteral("lp"),
                {QStringLiteral("-d"), QStringLiteral("BrackenXL"), document("text\n"), document("text\n")});
     QVERIFY2(said.contains("(2 file(s))"), said.constData());
-    QTRY_COMPARE(jobNumber(number + 1).documents, 2);
-    keep(jobNumber(number + 1), path + QLatin1Char('2'));
-    QTRY_COMPARE(m_events.size(), 2);
-    QVERIFY(m_events.last().startsWith(QStringLiteral("not kept ") + jobNumber(number + 1).uuid));
+    QTRY_COMPARE(jobNumber(larger + 1).documents, 2);
+    keep(jobNumber(larger + 1), path + QLatin1Char('2'));
+    QTRY_COMPARE(m_events.size(), 4);
+    QVERIFY(m_events.last().startsWith(QStringLiteral("not kept ") + jobNumber(larger + 1).uuid));
     // Another job of that number is not meant.
     TransportJob other = jobNumber(number);
     other.uuid = newGuid();
     keep(other, path + QLatin1Char('3'));
-    QTRY_COMPARE(m_events.size(), 3);
+    QTRY_COMPARE(m_events.size(), 5);
     QVERIFY(m_events.last().startsWith(QStringLiteral("not kept ") + other.uuid));
-    QVERIFY(!QFileInfo::exists(path + QLatin1Char('2')) && !QFileInfo::exists(path + QLatin1Char('3')));
+    for (const char ending : {'1', '2', '3'})
+        QVERIFY(!QFileInfo::exists(path + QLatin1Char(ending)));
 }
 
-void CupsTransportTest::documentThatIsTooLargeIsNotKept()
+void CupsTransportTest::documentWaitsForTheDisk()
 {
-    m_settings.largestDocument = 100000;
+    m_settings.restMilliseconds = 20;
     startTransport();
-    const int number = print(QByteArray(100001, 'x'));
-    const int fitting = print(QByteArray(100000, 'x'));
-    QTRY_COMPARE(jobNumber(fitting).number, fitting);
-    const QString path = folder() + QStringLiteral("/large");
+    const int number = print("text\n");
+    QTRY_COMPARE(jobNumber(number).number, number);
+    const QString path = folder() + QStringLiteral("/waits");
+    for (const int error : {ENOSPC, EDQUOT, EIO}) {
+        m_events.clear();
+        syncs = 0;
+        syncError = error;
+        keep(jobNumber(number), path);
+        QTRY_VERIFY(syncs >= 2);
+        QCOMPARE(m_events, QStringList());
+        QVERIFY(!QFileInfo::exists(path) && !QFileInfo::exists(path + QStringLiteral(".new")));
+        syncError = 0;
+        QTRY_COMPARE(m_events.size(), 1);
+        QVERIFY(m_events.first().startsWith(QStringLiteral("kept ")));
+        QVERIFY(QFile::remove(path));
+    }
+    // Another error does not pass.
+    syncError = EPERM;
     keep(jobNumber(number), path);
-    QTRY_COMPARE(
-        m_events,
-        QStringList{QStringLiteral("not kept %1 it has more than 100000 bytes").arg(jobNumber(number).uuid)});
-    QVERIFY(!QFileInfo::exists(path) && !QFileInfo::exists(path + QStringLiteral(".new")));
-    keep(jobNumber(fitting), path);
     QTRY_COMPARE(m_events.size(), 2);
-    QCOMPARE(contentOf(path).size(), 100000);
+    QVERIFY(m_events.last().startsWith(QStringLiteral("not kept ")));
+    QVERIFY(!QFileInfo::exists(path) && !QFileInfo::exists(path + QStringLiteral(".new")));
 }
 
 void CupsTransportTest::forgottenJobsAreGone()
@@ -604,7 +727,7 @@ void CupsTransportTest::manyJobsAreAllSeen()
     QTRY_COMPARE(m_lists, 1);
     TransportOrder order;
     order.documentPath = document("text\n");
-    for (int index = 0; index < 60; ++index) {
+    for (int index = 0; index < 20; ++index) {
         order.guid = newGuid();
         order.name = QString::number(index);
         submit(order);
@@ -615,7 +738,7 @@ void CupsTransportTest::manyJobsAreAllSeen()
         });
     };
     const auto known = printed();
-    QTRY_COMPARE_WITH_TIMEOUT(printed(), known + 60, 20000);
+    QTRY_COMPARE_WITH_TIMEOUT(printed(), known + 20, 20000);
     QMap<qint64, int> byTime;
     for (const TransportJob &job : qAsConst(m_jobs))
         byTime.insert(job.createdMilliseconds, job.number);
@@ -625,10 +748,8 @@ void CupsTransportTest::manyJobsAreAllSeen()
 
 void CupsTransportTest::pausedSchedulerIsGivenUpAndCaughtUpWith()
 {
-    QCOMPARE(m_settings.patienceMilliseconds, 2000);
-    QCOMPARE(m_settings.retryMilliseconds, 1000);
-    m_settings.patienceMilliseconds = 500;
-    m_settings.retryMilliseconds = 200;
+    m_settings.patienceMilliseconds = 150;
+    m_settings.settleMilliseconds = 100;
     startTransport();
     QTRY_COMPARE(m_lists, 1);
     QVERIFY(control("pause"));
@@ -672,7 +793,6 @@ void CupsTransportTest::stopEndsARequestThatHangs()
 
 void CupsTransportTest::killedSchedulerIsFoundAgain()
 {
-    m_settings.retryMilliseconds = 100;
     startTransport();
     QTRY_COMPARE(m_lists, 1);
     const int held = print("text\n", {QStringLiteral("-H"), QStringLiteral("hold")});
@@ -696,6 +816,37 @@ void CupsTransportTest::killedSchedulerIsFoundAgain()
     QVERIFY(waitForState(held, State::Cancelled));
 }
 
+void CupsTransportTest::orderOfADeadDaemonIsFoundInASchedulerThatHung()
+{
+    m_settings.patienceMilliseconds = 150;
+    m_settings.settleMilliseconds = 100;
+    startTransport();
+    QTRY_COMPARE(m_lists, 1);
+    QVERIFY(control("pause"));
+    TransportOrder order;
+    order.guid = newGuid();
+    // Much to be read from a socket, and not so much that it does not fit there.
+    order.documentPath = document(QByteArray(100000, 'x'));
+    submit(order);
+    // What this daemon has sent is in the scheduler's socket when the daemon is gone.
+    QTest::qWait(50);
+    m_transport->stop();
+    m_thread->quit();
+    m_thread->wait();
+    m_transport.reset();
+    m_thread.reset();
+    m_lists = 0;
+    startTransport();
+    submit(order);
+    QTRY_VERIFY(m_failures > 0);
+    QVERIFY(control("resume"));
+    QTRY_COMPARE(m_events.size(), 1);
+    const int next = print("text\n");
+    QVERIFY(waitForState(next, State::Printed));
+    QCOMPARE(timesSeen(order.guid), 1);
+    QCOMPARE(jobNumber(next - 1).guid, order.guid);
+}
+
 void CupsTransportTest::ordersAreCarriedOutOnceWhileTheSchedulerIsKilled()
 {
     m_settings.retryMilliseconds = 20;
@@ -704,30 +855,36 @@ void CupsTransportTest::ordersAreCarriedOutOnceWhileTheSchedulerIsKilled()
     TransportOrder order;
     order.documentPath = document("text\n");
     QStringList guids;
-    for (int kill = 0; kill < 6; ++kill) {
+    for (int kill = 0; kill < 3; ++kill) {
         for (int index = 0; index < 4; ++index) {
             order.guid = newGuid();
             guids += order.guid;
             submit(order);
         }
-        QTest::qWait(kill * 7);
+        QTest::qWait(kill * 10);
         QVERIFY(control("kill"));
         QVERIFY(control("start"));
     }
     QTRY_COMPARE_WITH_TIMEOUT(m_events.size(), guids.size(), 20000);
     stopTransport();
     m_jobs.clear();
+    m_lists = 0;
     startTransport();
-    QTRY_VERIFY(m_jobs.size() >= guids.size());
-    for (const QString &guid : qAsConst(guids))
-        QCOMPARE(timesSeen(guid), 1);
-    for (const QString &event : qAsConst(m_events))
-        QVERIFY2(event.startsWith(QStringLiteral("submitted ")), qPrintable(event));
+    QTRY_COMPARE(m_lists, 1);
+    for (const QString &guid : qAsConst(guids)) {
+        // What the scheduler lost after it took it may have been printed, and is not given again.
+        const bool isLost = m_events.contains(
+            QStringLiteral("failed %1 the scheduler may have taken it, and lost it").arg(guid));
+        QCOMPARE(timesSeen(guid), isLost ? 0 : 1);
+        QCOMPARE(m_events.filter(guid).size(), 1);
+        // One that it noted, and then was killed before it noted more, has failed, whether it was printed or
+        // not.
+        QTRY_VERIFY(isLost || stateOf(guid) == State::Printed || stateOf(guid) == State::Failed);
+    }
 }
 
 void CupsTransportTest::numbersGivenOutAgainAreOtherJobs()
 {
-    m_settings.retryMilliseconds = 100;
     startTransport();
     QTRY_COMPARE(m_lists, 1);
     const int number = print("first\n", {QStringLiteral("-H"), QStringLiteral("hold")});

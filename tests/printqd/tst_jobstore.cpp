@@ -14,7 +14,28 @@
 #include <QtCore/QRandomGenerator>
 #include <QtTest/QtTest>
 
+#include <cerrno>
+#include <limits>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+/// A disk of which one read, or each from that one on, fails; stands before the C library's call.
+namespace BadDisk {
+int readsUntilFailure = std::numeric_limits<int>::max();
+bool failsForEver = false;
+} // namespace BadDisk
+
+extern "C" __attribute__((visibility("default"))) ssize_t pread64(int file, void *bytes, size_t size,
+                                                                  off64_t place)
+{
+    const int left = --BadDisk::readsUntilFailure;
+    if (left == 0 || (left < 0 && BadDisk::failsForEver)) {
+        errno = EIO;
+        return -1;
+    }
+    return syscall(SYS_pread64, file, bytes, size, place);
+}
 
 /// Does and tells what the test wants, and keeps what it was asked for.
 class ScriptedTransport : public PrintTransport
@@ -32,8 +53,12 @@ public:
     }
     void keepDocument(const QString &uuid, int number, const QString &path) override
     {
-        FileBytes::write(path, "a text of " + uuid.toUtf8());
         emit asked(QStringLiteral("keep %1 %2").arg(uuid).arg(number));
+        if (uuid.startsWith(QLatin1String("no document"))) {
+            emit documentNotKept(uuid, QStringLiteral("it is gone"));
+            return;
+        }
+        FileBytes::write(path, "a text of " + uuid.toUtf8());
         emit documentKept(uuid, path, QStringLiteral("text/plain"));
     }
     void forget(const QString &uuid, int number) override
@@ -52,9 +77,9 @@ class Fixture : public QObject
     Q_OBJECT
 
 public:
-    explicit Fixture(const QString &path)
+    explicit Fixture(const QString &path, const StoreLimits &limits = {})
         : folder(path)
-        , store(path + QStringLiteral("/jobs.db"), {})
+        , store(path + QStringLiteral("/jobs.db"), limits)
         , transport(std::make_unique<ScriptedTransport>())
         , queue(store, folder, transport, pictures)
     {
@@ -76,6 +101,15 @@ public:
         const StoredJob *const job = store.findUuid(uuid);
         return job && store.documentOf(*job) && !job->wantsPicture;
     }
+    /// Orders the job again and returns the GUID of the order.
+    QString reprint(const QString &uuid)
+    {
+        QString reason;
+        return queue.reprint(record(uuid).GUID, &reason) == PrintQueue::Refused::No
+            ? changed.constLast().constFirst()
+            : reason;
+    }
+    QString tokenOf(const QString &guid) const { return store.find(guid)->orderToken; }
     PrintJobMetaData record(const QString &uuid) const
     {
         const StoredJob *const job = store.findUuid(uuid);
@@ -103,17 +137,27 @@ private Q_SLOTS:
     void onlyAChangeOfTheRecordIsARevision();
     void aUuidIsThereOnce();
     void differencesMakeEveryReaderEqual();
+    void whatWasWrittenLastIsKnownAfterTheNextStart();
     void theOldestFinishedJobsGoFirst();
+    void aFullStoreStaysFullWhenItsOldestJobChanges();
     void documentsGoWithTheirLastJobAndWhenTheyAreTooMany();
     void whatIsNoStoreIsSetAside_data();
     void whatIsNoStoreIsSetAside();
+    void whatCannotBeOpenedStays_data();
     void whatCannotBeOpenedStays();
+    void aDiskThatCannotBeReadLosesNothing();
+    void filesOfAStoreThatIsGoneAreKept();
     void aFullDiskKeepsWhatWas();
 
     void jobsOfTheTransportBecomeRecords();
     void jobsThatTheSchedulerLostFail();
     void ordersAreGivenAgainUntilTheyAreFulfilled();
     void aForeignJobCannotPassForAnOrder();
+    void anOrderOfWhichAnotherJobSaysItWasIsGivenAgain();
+    void anOrderThatTheSchedulerForgotWasPrinted();
+    void noMoreThanAThousandOrdersWait();
+    void whatIsPrintedAgainIsInUse();
+    void aReprintHasThePictureAndMissingOnesAreMadeLater();
     void clearedJobsDoNotComeBack();
     void whatCannotBeWrittenIsTriedAgain();
     void filesThatNobodyNeedsAreRemoved();
@@ -193,13 +237,14 @@ void JobStoreTest::everythingIsThereAfterTheNextStart()
     job.number = 5;
     job.document = QStringLiteral("document");
     job.originalUuid = QStringLiteral("original");
-    job.isOrder = job.wantsDocument = job.wantsPicture = true;
+    job.orderToken = QStringLiteral("token");
+    job.wantsDocument = job.wantsPicture = true;
     QString epoch;
     {
         JobStore store(path("jobs.db"), {});
         QCOMPARE(store.open(), QString());
         JobChange change = putting({job, aJob(QStringLiteral("two")), aJob(QStringLiteral("three"))});
-        change.document = KeptDocument{QStringLiteral("document"), QStringLiteral("text/plain"), 7, 8};
+        change.document = KeptDocument{QStringLiteral("document"), QStringLiteral("text/plain"), 7, 0};
         QCOMPARE(sorted(store.commit(change).changed).join(QLatin1Char(' ')),
                  QStringLiteral("one three two"));
         QCOMPARE(store.commit(removing({QStringLiteral("two")})).failure, QString());
@@ -215,7 +260,9 @@ void JobStoreTest::everythingIsThereAfterTheNextStart()
     QCOMPARE(kept->uuid, QStringLiteral("uuid"));
     QCOMPARE(kept->number, 5);
     QCOMPARE(kept->originalUuid, QStringLiteral("original"));
-    QVERIFY(kept->isOrder && kept->wantsDocument && kept->wantsPicture);
+    QVERIFY(kept->wantsDocument && kept->wantsPicture);
+    QCOMPARE(store.findOrder(QStringLiteral("token")), kept);
+    QCOMPARE(kept->arrival, 1ULL);
     QVERIFY(store.documentOf(*kept));
     QCOMPARE(store.documentOf(*kept)->format, QStringLiteral("text/plain"));
     QCOMPARE(store.documentOf(*kept)->bytes, 7);
@@ -223,6 +270,48 @@ void JobStoreTest::everythingIsThereAfterTheNextStart()
     struct stat status = {};
     QCOMPARE(stat(QFile::encodeName(path("jobs.db")).constData(), &status), 0);
     QCOMPARE(int(status.st_mode & 0777), 0600);
+    // And a change is on the disk when it is answered.
+    const QSqlDatabase database = QSqlDatabase::database(QSqlDatabase::connectionNames().constFirst());
+    QSqlQuery query(QStringLiteral("PRAGMA synchronous"), database);
+    QVERIFY(query.next());
+    QCOMPARE(query.value(0).toInt(), 2);
+    QVERIFY(query.exec(QStringLiteral("PRAGMA journal_mode")) && query.next());
+    QCOMPARE(query.value(0).toString(), QStringLiteral("wal"));
+}
+
+void JobStoreTest::whatWasWrittenLastIsKnownAfterTheNextStart()
+{
+    StoreLimits limits;
+    limits.tombstones = 1;
+    StoredJob known = aJob(QStringLiteral("known"));
+    known.uuid = QStringLiteral("uuid");
+    QString epoch;
+    {
+        JobStore store(path("jobs.db"), limits);
+        QCOMPARE(store.open(), QString());
+        epoch = store.epoch();
+        store.commit(putting({known, aJob(QStringLiteral("back")), aJob(QStringLiteral("gone"))}));
+        store.commit(removing({QStringLiteral("gone")}));
+        store.commit(removing({QStringLiteral("known")}));
+        JobChange forgotten;
+        forgotten.forgettingDone = QStringList{QStringLiteral("uuid")};
+        store.commit(forgotten);
+    }
+    {
+        JobStore store(path("jobs.db"), limits);
+        QCOMPARE(store.open(), QString());
+        // The tombstone of the one has been given up for that of the other.
+        QVERIFY(store.difference(epoch, 3).isComplete);
+        QCOMPARE(store.difference(epoch, 4).removed, QStringList{QStringLiteral("known")});
+        QVERIFY(!store.isForgotten(QStringLiteral("uuid")));
+        store.commit(removing({QStringLiteral("back")}));
+        store.commit(putting({aJob(QStringLiteral("back"))}));
+    }
+    JobStore store(path("jobs.db"), limits);
+    QCOMPARE(store.open(), QString());
+    QVERIFY(!store.difference(epoch, 5).isComplete);
+    QCOMPARE(store.difference(epoch, 5).removed, QStringList());
+    QCOMPARE(store.guids(), QStringList{QStringLiteral("back")});
 }
 
 void JobStoreTest::onlyAChangeOfTheRecordIsARevision()
@@ -340,21 +429,35 @@ void JobStoreTest::theOldestFinishedJobsGoFirst()
     middle.uuid = QStringLiteral("uuid of middle");
     store.commit(
         putting({aJob(QStringLiteral("held"), held, 1), middle, aJob(QStringLiteral("young"), printed, 30)}));
-    const ChangeResult result = store.commit(putting({aJob(QStringLiteral("younger"), printed, 40)}));
+    // Whatever the clock said: it may have gone back.
+    const ChangeResult result = store.commit(putting({aJob(QStringLiteral("younger"), printed, 5)}));
     QCOMPARE(sorted(store.guids()).join(QLatin1Char(' ')), QStringLiteral("held young younger"));
     QCOMPARE(sorted(result.changed).join(QLatin1Char(' ')), QStringLiteral("middle younger"));
     QCOMPARE(result.toForget.size(), 1);
     QVERIFY(store.isForgotten(QStringLiteral("uuid of middle")));
 
-    // A job that is too old already does not come, and is not asked for again.
-    StoredJob old = aJob(QStringLiteral("old"), printed, 2);
-    old.uuid = QStringLiteral("uuid of old");
-    QCOMPARE(store.commit(putting({old})).changed, QStringList());
-    QVERIFY(store.isForgotten(QStringLiteral("uuid of old")));
     // What is not finished stays, whatever the limit.
     store.commit(putting({aJob(QStringLiteral("a"), held, 3), aJob(QStringLiteral("b"), held, 4),
                           aJob(QStringLiteral("c"), held, 5)}));
     QCOMPARE(sorted(store.guids()).join(QLatin1Char(' ')), QStringLiteral("a b c held"));
+    // A finished job for which there is no room does not come, and is not asked for again.
+    StoredJob more = aJob(QStringLiteral("more"), printed, 50);
+    more.uuid = QStringLiteral("uuid of more");
+    QCOMPARE(store.commit(putting({more})).changed, QStringList());
+    QVERIFY(store.isForgotten(QStringLiteral("uuid of more")));
+}
+
+void JobStoreTest::aFullStoreStaysFullWhenItsOldestJobChanges()
+{
+    StoreLimits limits;
+    limits.jobs = 3;
+    JobStore store(path("jobs.db"), limits);
+    QCOMPARE(store.open(), QString());
+    store.commit(putting({aJob(QStringLiteral("a")), aJob(QStringLiteral("b")), aJob(QStringLiteral("c"))}));
+    const QString failed = QStringLiteral("Failed");
+    store.commit(
+        putting({aJob(QStringLiteral("a"), failed), aJob(QStringLiteral("d")), aJob(QStringLiteral("e"))}));
+    QCOMPARE(store.guids().join(QLatin1Char(' ')), QStringLiteral("c d e"));
 }
 
 void JobStoreTest::documentsGoWithTheirLastJobAndWhenTheyAreTooMany()
@@ -363,30 +466,29 @@ void JobStoreTest::documentsGoWithTheirLastJobAndWhenTheyAreTooMany()
     limits.documentBytes = 100;
     JobStore store(path("jobs.db"), limits);
     QCOMPARE(store.open(), QString());
-    const auto put = [&store](const char *guid, const char *name, qint64 bytes, qint64 used,
-                              bool isOrder = false) {
+    const auto put = [&store](const char *guid, const char *name, qint64 bytes, const char *token = "") {
         StoredJob job = aJob(QLatin1String(guid));
         job.document = QLatin1String(name);
-        job.isOrder = isOrder;
+        job.orderToken = QLatin1String(token);
         JobChange change = putting({job});
-        change.document = KeptDocument{job.document, {}, bytes, used};
+        change.document = KeptDocument{job.document, {}, bytes, 0};
         return store.commit(change).removedDocuments;
     };
-    put("one", "A", 40, 1);
-    put("two", "A", 40, 5);
+    put("one", "A", 40);
+    put("two", "A", 40);
     QCOMPARE(store.commit(removing({QStringLiteral("one")})).removedDocuments, QStringList());
     QCOMPARE(store.commit(removing({QStringLiteral("two")})).removedDocuments,
              QStringList{QStringLiteral("A")});
 
-    put("order", "B", 40, 1, true);
-    put("three", "C", 40, 2);
-    QCOMPARE(put("four", "D", 20, 3), QStringList());
+    put("order", "B", 40, "token");
+    put("three", "C", 40);
+    QCOMPARE(put("four", "D", 20), QStringList());
     // C goes, though B is older: that is still to be printed.
-    QCOMPARE(put("five", "E", 10, 4), QStringList{QStringLiteral("C")});
+    QCOMPARE(put("five", "E", 10), QStringList{QStringLiteral("C")});
     QVERIFY(!store.documentOf(*store.find(QStringLiteral("three"))));
     QCOMPARE(sorted(store.documentNames()).join(QLatin1Char(' ')), QStringLiteral("B D E"));
     // The new one is kept, however large.
-    QCOMPARE(sorted(put("six", "F", 1000, 5)).join(QLatin1Char(' ')), QStringLiteral("D E"));
+    QCOMPARE(sorted(put("six", "F", 1000)).join(QLatin1Char(' ')), QStringLiteral("D E"));
 }
 
 void JobStoreTest::whatIsNoStoreIsSetAside_data()
@@ -394,7 +496,7 @@ void JobStoreTest::whatIsNoStoreIsSetAside_data()
     QTest::addColumn<QByteArray>("statement");
     QTest::newRow("rubbish") << QByteArray();
     QTest::newRow("of another program") << QByteArray("PRAGMA application_id=5");
-    QTest::newRow("of a later version") << QByteArray("PRAGMA user_version=2");
+    QTest::newRow("of no version") << QByteArray("PRAGMA user_version=0");
     QTest::newRow("a table is missing") << QByteArray("DROP TABLE tombstones");
     QTest::newRow("a column is missing") << QByteArray("ALTER TABLE jobs DROP COLUMN heat2");
     QTest::newRow("no state") << QByteArray("DELETE FROM state");
@@ -447,14 +549,136 @@ void JobStoreTest::whatIsNoStoreIsSetAside()
     QCOMPARE(store.commit(putting({aJob(QStringLiteral("one"))})).failure, QString());
 }
 
+void JobStoreTest::whatCannotBeOpenedStays_data()
+{
+    QTest::addColumn<QString>("complaint");
+    QTest::newRow("folder") << QStringLiteral("Is a directory");
+    QTest::newRow("pipe") << QStringLiteral("no regular file");
+    QTest::newRow("link") << QStringLiteral("Too many levels of symbolic links");
+    QTest::newRow("later") << QStringLiteral("of a later version of this daemon");
+    QTest::newRow("no name") << QString();
+}
+
 void JobStoreTest::whatCannotBeOpenedStays()
 {
-    QVERIFY(QDir(m_directory->path()).mkdir(QStringLiteral("jobs.db")));
+    QFETCH(QString, complaint);
+    const QByteArray kind = QTest::currentDataTag();
+    const QString file = path("jobs.db");
+    const QByteArray name = QFile::encodeName(file);
+    if (kind == "folder") {
+        QVERIFY(QDir().mkdir(file));
+    } else if (kind == "pipe") {
+        QCOMPARE(mkfifo(name.constData(), 0600), 0);
+    } else if (kind == "link") {
+        QVERIFY(QFile::link(QStringLiteral("/dev/null"), file));
+    } else if (kind == "later") {
+        QSqlDatabase database =
+            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("damage"));
+        database.setDatabaseName(file);
+        QVERIFY(database.open());
+        for (const char *const text :
+             {"PRAGMA application_id=0x5a425051", "PRAGMA user_version=2", "CREATE TABLE other (thing)"})
+            QVERIFY(QSqlQuery(database).exec(QLatin1String(text)));
+    } else {
+        QVERIFY(FileBytes::write(file, QByteArray(5000, 'x')));
+        for (int number = 1; number <= 5; ++number)
+            QVERIFY(QDir().mkdir(file + QStringLiteral(".damaged-%1").arg(number)));
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("damage"));
+    QVERIFY(QDir().mkdir(path("documents")));
+    QVERIFY(FileBytes::write(path("documents/a"), "x"));
+    struct stat before = {};
+    QCOMPARE(lstat(name.constData(), &before), 0);
+
     MessageLog log;
-    JobStore store(path("jobs.db"), {});
-    QVERIFY(store.open().startsWith(path("jobs.db") + QStringLiteral(": ")));
-    QVERIFY(QFileInfo(path("jobs.db")).isDir());
+    JobStore store(file, {});
+    const QString failure = store.open();
+    QVERIFY2(failure.startsWith(file + QStringLiteral(": ") + complaint), qPrintable(failure));
+    QVERIFY2(!failure.contains(QLatin1Char('\n')), qPrintable(failure));
+    struct stat after = {};
+    QCOMPARE(lstat(name.constData(), &after), 0);
+    QCOMPARE(after.st_ino, before.st_ino);
+    QCOMPARE(FileBytes::read(path("documents/a")), QByteArray("x"));
     QCOMPARE(log.texts(), QStringList());
+}
+
+void JobStoreTest::aDiskThatCannotBeReadLosesNothing()
+{
+    const QString file = path("jobs.db");
+    {
+        JobStore store(file, {});
+        QCOMPARE(store.open(), QString());
+        QVector<StoredJob> many = believableJobs(200, 0, 1000000000000);
+        for (StoredJob &job : many)
+            job.record.GUID = QUuid::createUuid().toString();
+        store.commit(putting(many));
+    }
+    QVERIFY(QDir().mkdir(path("documents")));
+    QVERIFY(FileBytes::write(path("documents/a"), "x"));
+    MessageLog log;
+    int refused = 0;
+    int reads = 0;
+    for (const bool isForEver : {false, true}) {
+        for (reads = 1;; ++reads) {
+            BadDisk::failsForEver = isForEver;
+            BadDisk::readsUntilFailure = reads;
+            bool isOpened = false;
+            {
+                JobStore store(file, {});
+                isOpened = store.open().isEmpty();
+                QVERIFY2(!isOpened || store.size() == 200, qPrintable(QString::number(reads)));
+            }
+            const bool hasFailed = BadDisk::readsUntilFailure <= 0;
+            BadDisk::readsUntilFailure = std::numeric_limits<int>::max();
+            BadDisk::failsForEver = false;
+            refused += isOpened ? 0 : 1;
+            QVERIFY2(!QFile::exists(file + QStringLiteral(".damaged-1")), qPrintable(QString::number(reads)));
+            if (!hasFailed)
+                break;
+            QVERIFY2(!isForEver || !isOpened, qPrintable(QString::number(reads)));
+        }
+    }
+    QVERIFY2(reads > 10 && refused > 10, qPrintable(QStringLiteral("%1 %2").arg(reads).arg(refused)));
+    QCOMPARE(log.texts(), QStringList());
+    QCOMPARE(FileBytes::read(path("documents/a")), QByteArray("x"));
+}
+
+void JobStoreTest::filesOfAStoreThatIsGoneAreKept()
+{
+    {
+        Fixture device(m_directory->path());
+        device.tell({seen("A")});
+        QTRY_VERIFY(device.isSettled(QStringLiteral("A")));
+    }
+    QVERIFY(FileBytes::write(path("pictures/a.png"), "y"));
+    const QString document = QDir(path("documents")).entryList(QDir::Files).constFirst();
+    const auto lost = [this](const QString &name) {
+        return FileBytes::read(path("jobs.db.damaged-") + name);
+    };
+    MessageLog log;
+    for (int number = 1; number <= 6; ++number) {
+        // Damaged, and then just gone.
+        if (number == 1)
+            QVERIFY(FileBytes::write(path("jobs.db"), QByteArray(5000, 'x')));
+        else
+            QVERIFY(QFile::remove(path("jobs.db")));
+        QVERIFY(FileBytes::write(path("documents/of") + QString::number(number), "z"));
+        Fixture device(m_directory->path());
+        QCOMPARE(device.failure, QString());
+        QCOMPARE(log.texts().size(), number);
+        QVERIFY(QDir(path("documents")).isEmpty() && QDir(path("pictures")).isEmpty());
+        struct stat status = {};
+        QCOMPARE(stat(QFile::encodeName(path("pictures")).constData(), &status), 0);
+        QCOMPARE(int(status.st_mode & 0777), 0755);
+    }
+    QCOMPARE(lost(QStringLiteral("1")), QByteArray(5000, 'x'));
+    QCOMPARE(lost(QStringLiteral("1.documents/") + document), QByteArray("a text of A"));
+    QCOMPARE(lost(QStringLiteral("1.pictures/a.png")), QByteArray("y"));
+    QCOMPARE(lost(QStringLiteral("4.documents/of4")), QByteArray("z"));
+    // The last one is replaced.
+    QCOMPARE(QDir(path("jobs.db.damaged-5.documents")).entryList(QDir::Files),
+             QStringList{QStringLiteral("of6")});
+    QVERIFY(log.texts().constLast().contains(QStringLiteral("missing or empty; set aside as")));
 }
 
 void JobStoreTest::aFullDiskKeepsWhatWas()
@@ -535,44 +759,60 @@ void JobStoreTest::jobsOfTheTransportBecomeRecords()
 void JobStoreTest::jobsThatTheSchedulerLostFail()
 {
     Fixture device(m_directory->path());
-    device.tell({seen("A", TransportJob::State::Printed), seen("B"), seen("C")});
+    device.tell({seen("A", TransportJob::State::Printed), seen("B"), seen("C"),
+                 seen("D", TransportJob::State::Printed)});
+    QTRY_VERIFY(device.isSettled(QStringLiteral("D")));
+    device.queue.removeJobs({device.record(QStringLiteral("D")).GUID}, [](const QString &) {});
+    QVERIFY(device.store.isForgotten(QStringLiteral("D")));
     emit device.transport.transport().listCompleted({QStringLiteral("C")});
     QTRY_COMPARE(device.record(QStringLiteral("B")).jobStatus, QStringLiteral("Failed"));
     QCOMPARE(device.record(QStringLiteral("B")).errorValue, 3);
     QCOMPARE(device.record(QStringLiteral("A")).jobStatus, QStringLiteral("Printed"));
     QCOMPARE(device.record(QStringLiteral("C")).jobStatus, QStringLiteral("Waiting"));
+    QVERIFY(!device.store.isForgotten(QStringLiteral("D")));
 }
 
 void JobStoreTest::ordersAreGivenAgainUntilTheyAreFulfilled()
 {
-    QString order;
+    QStringList orders;
+    QStringList asked{QStringLiteral("start")};
+    QString token;
     {
         Fixture device(m_directory->path());
         device.tell({seen("A", TransportJob::State::Printed)});
-        QTRY_VERIFY(device.store.findUuid(QStringLiteral("A"))
-                    && device.store.documentOf(*device.store.findUuid(QStringLiteral("A"))));
-        QString reason;
-        QCOMPARE(device.queue.reprint(device.record(QStringLiteral("A")).GUID, &reason),
-                 PrintQueue::Refused::No);
-        order = device.changed.constLast().constFirst();
+        QTRY_VERIFY(device.isSettled(QStringLiteral("A")));
+        for (int number = 0; number < 6; ++number) {
+            orders.append(device.reprint(QStringLiteral("A")));
+            token = device.tokenOf(orders.last());
+            QCOMPARE(QUuid(token).toString(QUuid::WithoutBraces), token);
+            QVERIFY(token != orders.last());
+            asked.append(QStringLiteral("submit %1 a name x3 text/plain A").arg(token));
+        }
     }
-    const QString asked = QStringLiteral("submit %1 a name x3 text/plain A").arg(order);
+    {
+        // In their order, except what the transport had taken.
+        Fixture device(m_directory->path());
+        QTRY_COMPARE(device.asked, asked);
+        for (int number = 0; number < 5; ++number)
+            emit device.transport.transport().submitted(device.tokenOf(orders.at(number)), orders.at(number));
+        QTRY_COMPARE(device.store.orderCount(), 1);
+    }
     {
         Fixture device(m_directory->path());
-        QTRY_COMPARE(device.asked, (QStringList{QStringLiteral("start"), asked}));
+        QTRY_COMPARE(device.asked, (QStringList{QStringLiteral("start"), asked.last()}));
+        const QString order = orders.last();
         TransportJob job = seen("R", TransportJob::State::Printing);
-        job.guid = order;
+        job.guid = token;
         device.tell({job});
-        emit device.transport.transport().submitted(order, QStringLiteral("R"));
+        emit device.transport.transport().submitted(token, QStringLiteral("R"));
         QTRY_COMPARE(device.record(QStringLiteral("R")).jobStatus, QStringLiteral("Printing"));
         QCOMPARE(device.record(QStringLiteral("R")).GUID, order);
-        QCOMPARE(device.store.size(), 2);
+        QCOMPARE(device.store.size(), 7);
 
-        QString reason;
-        QCOMPARE(device.queue.reprint(order, &reason), PrintQueue::Refused::No);
-        const QString refused = device.changed.constLast().constFirst();
+        const QString refused = device.reprint(QStringLiteral("R"));
         MessageLog log;
-        emit device.transport.transport().submissionFailed(refused, QStringLiteral("no such printer"));
+        emit device.transport.transport().submissionFailed(device.tokenOf(refused),
+                                                           QStringLiteral("no such printer"));
         QTRY_COMPARE(device.store.find(refused)->record.jobStatus, QStringLiteral("Failed"));
         QCOMPARE(device.store.find(refused)->record.errorValue, 1);
         QCOMPARE(log.texts(),
@@ -589,12 +829,127 @@ void JobStoreTest::aForeignJobCannotPassForAnOrder()
     Fixture device(m_directory->path());
     device.tell({seen("A", TransportJob::State::Printed)});
     QTRY_COMPARE(device.store.size(), 1);
-    TransportJob foreign = seen("B");
-    foreign.guid = device.record(QStringLiteral("A")).GUID;
+    QTRY_VERIFY(device.isSettled(QStringLiteral("A")));
+    const QString order = device.reprint(QStringLiteral("A"));
+    // What everybody can read says nothing in a job, nor to the transport.
+    TransportJob foreign = seen("B", TransportJob::State::Printed);
+    foreign.guid = order;
     device.tell({foreign});
-    QTRY_COMPARE(device.store.size(), 2);
-    QCOMPARE(device.record(QStringLiteral("A")).jobStatus, QStringLiteral("Printed"));
-    QVERIFY(device.record(QStringLiteral("B")).GUID != foreign.guid);
+    QTRY_COMPARE(device.store.size(), 3);
+    QCOMPARE(device.store.find(order)->record.jobStatus, QStringLiteral("Waiting"));
+    QVERIFY(device.record(QStringLiteral("B")).GUID != order);
+    emit device.transport.transport().submitted(order, QStringLiteral("B"));
+    // A token that has become public is good for one job.
+    TransportJob real = seen("R");
+    real.guid = device.tokenOf(order);
+    foreign = seen("C");
+    foreign.guid = real.guid;
+    device.tell({real, foreign});
+    QTRY_COMPARE(device.record(QStringLiteral("R")).GUID, order);
+    QVERIFY(!device.record(QStringLiteral("C")).GUID.isEmpty());
+    QVERIFY(device.record(QStringLiteral("C")).GUID != order);
+    QCOMPARE(QSet<QString>(device.changed.constLast().cbegin(), device.changed.constLast().cend()).size(),
+             device.changed.constLast().size());
+    QCOMPARE(device.store.size(), 4);
+}
+
+void JobStoreTest::anOrderOfWhichAnotherJobSaysItWasIsGivenAgain()
+{
+    Fixture device(m_directory->path());
+    device.tell({seen("A", TransportJob::State::Printed), seen("H", TransportJob::State::Held)});
+    QTRY_VERIFY(device.isSettled(QStringLiteral("A")) && device.isSettled(QStringLiteral("H")));
+    const QString order = device.reprint(QStringLiteral("A"));
+    const QString before = device.tokenOf(order);
+    TransportJob held = seen("H", TransportJob::State::Held);
+    held.guid = before;
+    device.tell({held});
+    MessageLog log;
+    emit device.transport.transport().submitted(before, QStringLiteral("H"));
+    QTRY_VERIFY(device.tokenOf(order) != before);
+    QVERIFY(device.store.find(order)->isOrder());
+    QTRY_COMPARE(device.asked.last(),
+                 QStringLiteral("submit %1 a name x3 text/plain A").arg(device.tokenOf(order)));
+    QCOMPARE(device.record(QStringLiteral("H")).jobStatus, QStringLiteral("Held"));
+    QCOMPARE(
+        log.texts(),
+        QStringList{QStringLiteral("job %1 is ordered again: another job carries its order").arg(order)});
+}
+
+void JobStoreTest::anOrderThatTheSchedulerForgotWasPrinted()
+{
+    Fixture device(m_directory->path());
+    device.tell({seen("A", TransportJob::State::Printed)});
+    QTRY_VERIFY(device.isSettled(QStringLiteral("A")));
+    const QString order = device.reprint(QStringLiteral("A"));
+    emit device.transport.transport().submitted(device.tokenOf(order), QString());
+    QTRY_COMPARE(device.store.find(order)->record.jobStatus, QStringLiteral("Printed"));
+    QVERIFY(!device.store.find(order)->isOrder());
+    QCOMPARE(device.store.find(order)->record.errorValue, 0);
+}
+
+void JobStoreTest::noMoreThanAThousandOrdersWait()
+{
+    Fixture device(m_directory->path());
+    device.tell({seen("A", TransportJob::State::Printed)});
+    QTRY_VERIFY(device.isSettled(QStringLiteral("A")));
+    JobChange change;
+    for (int number = 0; number < 999; ++number) {
+        change.put.append(aJob(QString::number(number), QStringLiteral("Waiting")));
+        change.put.last().orderToken = QStringLiteral("token %1").arg(number);
+    }
+    QCOMPARE(device.store.commit(change).failure, QString());
+    QVERIFY(device.store.find(device.reprint(QStringLiteral("A"))));
+    QString reason;
+    QCOMPARE(device.queue.reprint(device.record(QStringLiteral("A")).GUID, &reason),
+             PrintQueue::Refused::TooManyOrders);
+    QCOMPARE(reason, QStringLiteral("1000 orders wait to be submitted already"));
+    QCOMPARE(device.store.size(), 1001);
+}
+
+void JobStoreTest::whatIsPrintedAgainIsInUse()
+{
+    StoreLimits limits;
+    limits.documentBytes = 35; // of 11 bytes each
+    Fixture device(m_directory->path(), limits);
+    MessageLog log;
+    device.tell({seen("A"), seen("B"), seen("C"), seen("no document")});
+    QTRY_VERIFY(device.isSettled(QStringLiteral("C")));
+    emit device.transport.transport().submitted(device.tokenOf(device.reprint(QStringLiteral("A"))),
+                                                QStringLiteral("R"));
+    QTRY_COMPARE(device.store.orderCount(), 0);
+    device.tell({seen("D")});
+    QTRY_VERIFY(device.isSettled(QStringLiteral("D")));
+    const auto hasDocument = [&device](const char *uuid) {
+        return device.store.documentOf(*device.store.findUuid(QLatin1String(uuid))) != nullptr;
+    };
+    QVERIFY(hasDocument("A"));
+    QVERIFY(!hasDocument("B"));
+    QVERIFY(!hasDocument("no document"));
+}
+
+void JobStoreTest::aReprintHasThePictureAndMissingOnesAreMadeLater()
+{
+    QString guid;
+    {
+        Fixture device(m_directory->path());
+        device.tell({seen("A", TransportJob::State::Printed)});
+        QTRY_VERIFY(device.isSettled(QStringLiteral("A")));
+        PrintJobMetaData record = device.record(QStringLiteral("A"));
+        guid = record.GUID;
+        record.imagePath = device.folder.picturePath(guid);
+        QVERIFY(FileBytes::write(record.imagePath, "a picture"));
+        QCOMPARE(device.queue.setJob(record), QString());
+        const QString order = device.reprint(QStringLiteral("A"));
+        QCOMPARE(device.store.find(order)->record.imagePath, device.folder.picturePath(order));
+        QCOMPARE(FileBytes::read(device.folder.picturePath(order)), QByteArray("a picture"));
+        QVERIFY(!device.store.find(order)->wantsPicture);
+        // As after an end while the picture was being made.
+        StoredJob job = *device.store.find(guid);
+        job.wantsPicture = true;
+        QCOMPARE(device.store.commit(putting({job})).failure, QString());
+    }
+    Fixture device(m_directory->path());
+    QTRY_VERIFY(!device.store.find(guid)->wantsPicture);
 }
 
 void JobStoreTest::clearedJobsDoNotComeBack()
@@ -604,7 +959,9 @@ void JobStoreTest::clearedJobsDoNotComeBack()
         device.tell({seen("A", TransportJob::State::Printed), seen("B")});
         QTRY_COMPARE(device.asked.size(), 3);
         QTRY_VERIFY(device.isSettled(QStringLiteral("A")) && device.isSettled(QStringLiteral("B")));
-        QCOMPARE(device.queue.clear(), QString());
+        QString failure = QStringLiteral("not done");
+        device.queue.clear([&failure](const QString &text) { failure = text; });
+        QCOMPARE(failure, QString());
         QTRY_COMPARE(device.asked.constLast(), QStringLiteral("forget A 12"));
         QTRY_COMPARE(QDir(path("documents")).entryList(QDir::Files).size(), 1);
     }
@@ -637,6 +994,8 @@ void JobStoreTest::whatCannotBeWrittenIsTriedAgain()
     QTRY_COMPARE_WITH_TIMEOUT(device.record(QStringLiteral("B")).jobStatus, QStringLiteral("Printing"),
                               10000);
     QCOMPARE(device.store.size(), 2);
+    // Nothing is printed of what was refused.
+    QCOMPARE(device.asked.filter(QStringLiteral("submit")), QStringList());
 }
 
 void JobStoreTest::filesThatNobodyNeedsAreRemoved()

@@ -1,13 +1,18 @@
 // The pictures of jobs: which documents have one, how large it is, and what documents that mean harm can do.
 #include "picturemaker.h"
 
+#include "smalldisk.h"
+
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
+#include <atomic>
 #include <csignal>
+#include <sys/mount.h>
+#include <unistd.h>
 
 class PictureMakerTest : public QObject
 {
@@ -19,6 +24,8 @@ private slots:
     void otherDocumentsHaveNone_data();
     void otherDocumentsHaveNone();
     void pictureThatIsThereStaysWhenThereIsNoNewOne();
+    void pictureWaitsForTheDisk();
+    void pictureIsOnTheDiskBeforeItIsTold();
     void oneToolRunsAtATimeAndTheCallsDoNotWait();
     void tooManyAreRefused();
     void toolEndsWithTheMaker();
@@ -58,6 +65,10 @@ bool write(const QString &path, const QByteArray &content)
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
+/// A folder on a disk of its own, where this machine allows one.
+QString smallDisk;
+std::atomic<int> folderSyncs{0};
+
 QByteArray contentOf(const QString &path)
 {
     QFile file(path);
@@ -75,6 +86,13 @@ QByteArray sizeOf(const QString &path)
 }
 
 } // namespace
+
+/// In place of the C library's.
+extern "C" int fsync(int file)
+{
+    ++folderSyncs;
+    return fdatasync(file);
+}
 
 void PictureMakerTest::documentsHaveAPictureOfTheirFirstPage_data()
 {
@@ -165,6 +183,51 @@ void PictureMakerTest::pictureThatIsThereStaysWhenThereIsNoNewOne()
     QTRY_COMPARE_WITH_TIMEOUT(notMade.size(), 2, 15000);
 }
 
+void PictureMakerTest::pictureWaitsForTheDisk()
+{
+    if (smallDisk.isEmpty())
+        QSKIP("This machine allows no disk of one's own.");
+    const QString path = m_folder.filePath(QStringLiteral("page"));
+    QVERIFY(write(path, pdf("288 288")));
+    const QString picture = smallDisk + QStringLiteral("/page.png");
+    QVERIFY(SmallDisk::fill(smallDisk, 0));
+    PictureMaker maker;
+    maker.setRest(60);
+    QSignalSpy made(&maker, &PictureMaker::made);
+    QSignalSpy notMade(&maker, &PictureMaker::notMade);
+    int runs = 0;
+    maker.make(QStringLiteral("guid"), path, picture);
+    const auto isToolThere = [&] { return maker.findChild<QProcess *>() != nullptr; };
+    for (; runs < 2; ++runs) {
+        QTRY_VERIFY(isToolThere());
+        QTRY_VERIFY(!isToolThere());
+    }
+    QVERIFY(!QFileInfo::exists(picture) && !QFileInfo::exists(picture + QStringLiteral(".new")));
+    QVERIFY(SmallDisk::clear(smallDisk));
+    QTRY_COMPARE(made.size(), 1);
+    QCOMPARE(notMade.size(), 0);
+    QCOMPARE(sizeOf(picture), QByteArray("PNG 480x480"));
+
+    // Though not for ever.
+    QVERIFY(QFile::remove(picture) && SmallDisk::fill(smallDisk, 0));
+    maker.setRest(0);
+    maker.make(QStringLiteral("guid"), m_folder.filePath(QStringLiteral("page")), picture);
+    QTRY_COMPARE(notMade.size(), 1);
+    QVERIFY(SmallDisk::clear(smallDisk));
+}
+
+void PictureMakerTest::pictureIsOnTheDiskBeforeItIsTold()
+{
+    const QString path = m_folder.filePath(QStringLiteral("page"));
+    QVERIFY(write(path, pdf("288 288")));
+    PictureMaker maker;
+    QSignalSpy made(&maker, &PictureMaker::made);
+    folderSyncs = 0;
+    maker.make(QStringLiteral("guid"), path, m_folder.filePath(QStringLiteral("synced.png")));
+    QTRY_COMPARE(made.size(), 1);
+    QCOMPARE(folderSyncs, 1);
+}
+
 void PictureMakerTest::oneToolRunsAtATimeAndTheCallsDoNotWait()
 {
     const QString path = m_folder.filePath(QStringLiteral("page"));
@@ -229,5 +292,18 @@ void PictureMakerTest::toolEndsWithTheMaker()
     QVERIFY(!QFileInfo::exists(m_folder.filePath(QStringLiteral("endless.png.new"))));
 }
 
-QTEST_GUILESS_MAIN(PictureMakerTest)
+int main(int argc, char **argv)
+{
+    QTemporaryDir disk;
+    // Before there is any thread.
+    if (SmallDisk::mountOn(QFile::encodeName(disk.path())))
+        smallDisk = disk.path();
+    QCoreApplication application(argc, argv);
+    PictureMakerTest test;
+    const int failures = QTest::qExec(&test, argc, argv);
+    if (!smallDisk.isEmpty())
+        umount2(QFile::encodeName(smallDisk).constData(), MNT_DETACH);
+    return failures;
+}
+
 #include "tst_picturemaker.moc"

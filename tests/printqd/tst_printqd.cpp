@@ -24,6 +24,7 @@ private Q_SLOTS:
     void onlyWhatChangedIsTold();
     void aLongListComesInPartsAndEachReaderHasItsOwn();
     void believableJobsAreMadeOnce();
+    void whatCannotBeCarriedIsRefused();
     void onlyAVirtualDeviceHasTheControlInterfaces();
     void whatMakesNoSenseIsNotSupported();
     void itAnswersWhileThePrinterHangs();
@@ -32,7 +33,8 @@ private Q_SLOTS:
     void aFolderInUseIsRefused();
     void aDamagedStoreIsSetAsideAndSaid();
     void nothingIsLostWhenItIsKilled();
-    void itIsQuick();
+    void nobodyWaitsForAClear();
+    void aClearThatIsKilledLeavesWholeJobs();
 
 public Q_SLOTS:
     void noteChange(const QStringList &guids) { m_announced.append(guids); }
@@ -282,14 +284,34 @@ void PrintqdTest::aLongListComesInPartsAndEachReaderHasItsOwn()
     QVERIFY2(m_daemon->start({QStringLiteral("--history-limit"), QStringLiteral("30000")}),
              qPrintable(m_daemon->standardError()));
     // 10,001 that are gone raise the floor of what can be told.
-    QVERIFY(isAnswered(PrintQueueDaemon::control("AddJobs", {10001U})));
-    QVERIFY(isAnswered(PrintQueueDaemon::control("RemoveJobs", {PrintQueueDaemon::jobList()})));
     QVERIFY(isAnswered(PrintQueueDaemon::control("AddJobs", {8500U})));
+    const QStringList old = PrintQueueDaemon::jobList();
+    QVERIFY(isAnswered(PrintQueueDaemon::control("AddJobs", {10001U})));
+    QStringList rest = PrintQueueDaemon::jobList();
+    const QSet<QString> kept(old.cbegin(), old.cend());
+    rest.erase(std::remove_if(rest.begin(), rest.end(),
+                              [&kept](const QString &guid) { return kept.contains(guid); }),
+               rest.end());
+    QVERIFY(isAnswered(PrintQueueDaemon::control("RemoveJobs", {rest})));
 
     QSet<QString> known;
     ChangedJobs part = PrintQueueDaemon::changedJobs();
     QVERIFY(part.isComplete && part.hasMore);
     QCOMPARE(part.jobs.size(), 4000);
+    // Only who has begun goes on; somebody else who knows as much knows too little.
+    {
+        const QString other = QStringLiteral("other");
+        QDBusConnection connection =
+            QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS"), other);
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            QStringLiteral("com.corvanta.printqd"), QStringLiteral("/"),
+            QStringLiteral("local.IZBIPCPRINTQD"), QStringLiteral("getChangedJobs"));
+        call.setArguments({part.epoch, qulonglong(part.revision)});
+        const QDBusMessage reply = connection.call(call);
+        QVERIFY2(isAnswered(reply), qPrintable(reply.errorMessage()));
+        QVERIFY(reply.arguments().at(2).toBool());
+        QDBusConnection::disconnectFromBus(other);
+    }
     const QString removed = part.jobs.constFirst().GUID;
     for (const PrintJobMetaData &job : part.jobs)
         known.insert(job.GUID);
@@ -329,6 +351,31 @@ void PrintqdTest::believableJobsAreMadeOnce()
     before.sort();
     after.sort();
     QCOMPARE(after, before);
+    QVERIFY(m_daemon->terminate());
+    // More than it may keep would pile up what is not finished with each start.
+    const QStringList few{QStringLiteral("--jobs"), QStringLiteral("400"), QStringLiteral("--history-limit"),
+                          QStringLiteral("40")};
+    QVERIFY(m_daemon->start(few));
+    QCOMPARE(PrintQueueDaemon::jobList(), after);
+}
+
+void PrintqdTest::whatCannotBeCarriedIsRefused()
+{
+    QVERIFY2(m_daemon->start(), qPrintable(m_daemon->standardError()));
+    PrintJobMetaData job = aJob(QStringLiteral("one"));
+    job.supplyMileage = qQNaN();
+    QCOMPARE(PrintQueueDaemon::control("SetJob", setting(job)).errorName(), invalid);
+    job = aJob(QStringLiteral("one"));
+    job.jobName = QString(1024, QLatin1Char('x'));
+    QCOMPARE(PrintQueueDaemon::control("SetJob", setting(job)).errorName(), invalid);
+    QCOMPARE(PrintQueueDaemon::jobList(), QStringList());
+    // Any time is one; what lies before the first of all lies at the edge of time.
+    job = aJob(QStringLiteral("one"));
+    job.timeStamp = QStringLiteral("-9223372036854775808");
+    QVERIFY(isAnswered(PrintQueueDaemon::control("SetJob", setting(job))));
+    QVERIFY(isAnswered(PrintQueueDaemon::control("AddJobs", {1U})));
+    for (const PrintJobMetaData &now : PrintQueueDaemon::allJobs())
+        QVERIFY2(now.timeStamp.startsWith(QLatin1Char('-')), qPrintable(now.timeStamp));
 }
 
 void PrintqdTest::onlyAVirtualDeviceHasTheControlInterfaces()
@@ -537,6 +584,8 @@ void PrintqdTest::nothingIsLostWhenItIsKilled()
 
         QVERIFY2(m_daemon->start(), qPrintable(m_daemon->standardError()));
         if (round % 20 != 19 && round != 0) {
+            if (round % 4 != 0)
+                continue;
             const ChangedJobs now = PrintQueueDaemon::changedJobs(epoch, revision);
             QVERIFY(!now.isComplete);
             QVERIFY(now.revision >= revision);
@@ -586,19 +635,80 @@ void PrintqdTest::nothingIsLostWhenItIsKilled()
     QCOMPARE(m_daemon->standardError(), QString());
 }
 
-void PrintqdTest::itIsQuick()
+void PrintqdTest::nobodyWaitsForAClear()
 {
-    QVERIFY2(m_daemon->start({QStringLiteral("--jobs"), QStringLiteral("10000")}),
+    QVERIFY2(m_daemon->start({QStringLiteral("--jobs"), QStringLiteral("10000"),
+                              QStringLiteral("--history-limit"), QStringLiteral("20000")}),
              qPrintable(m_daemon->standardError()));
     QElapsedTimer clock;
     clock.start();
     QCOMPARE(PrintQueueDaemon::jobList().size(), 10000);
     const qint64 list = clock.restart();
     QCOMPARE(PrintQueueDaemon::allJobs().size(), 10000);
-    const qint64 all = clock.restart();
+    const qint64 records = clock.restart();
+    QVERIFY(records < 2000);
+    PrintJobMetaData held = aJob(QStringLiteral("held"));
+    held.jobStatus = QStringLiteral("Held");
+    QVERIFY(isAnswered(PrintQueueDaemon::control("SetJob", setting(held))));
+    QTRY_VERIFY(m_announced.contains(QStringList{QStringLiteral("held")}));
+    m_announced.clear();
+
+    clock.restart();
+    const QDBusPendingCall first = PrintQueueDaemon::send("clearPrintJob");
+    const QDBusPendingCall second = PrintQueueDaemon::send("clearPrintJob");
+    QVector<qint64> times;
+    QElapsedTimer read;
+    while (!first.isFinished() || !second.isFinished()) {
+        read.start();
+        QVERIFY(isAnswered(PrintQueueDaemon::call("getJobInfo", {QStringLiteral("held")})));
+        times.append(read.nsecsElapsed() / 1000);
+        QCoreApplication::processEvents();
+    }
+    const qint64 clear = clock.elapsed();
+    QVERIFY(!first.isError() && !second.isError());
+    std::sort(times.begin(), times.end());
+    qInfo("10,000 jobs: list %lld ms, all records %lld ms, two clears %lld ms; %d reads meanwhile, longest "
+          "%lld us",
+          list, records, clear, times.size(), times.constLast());
+#if !defined(__SANITIZE_ADDRESS__)
+    // One may meet whatever else the machine does.
+    QVERIFY2(times.size() > 10 && times.at(times.size() - 2) < 50000,
+             qPrintable(QString::number(times.size())));
+#endif
+    // What was answered is there after a kill, and was told at once.
+    m_daemon->kill();
+    QVERIFY(m_daemon->start());
+    for (const PrintJobMetaData &job : PrintQueueDaemon::allJobs())
+        QCOMPARE(job.jobStatus, QStringLiteral("Held"));
+    QTRY_COMPARE(m_announced.size(), 1);
+    QCOMPARE(m_announced.last().size() + PrintQueueDaemon::jobList().size(), 10001);
+}
+
+void PrintqdTest::aClearThatIsKilledLeavesWholeJobs()
+{
+    QVERIFY2(m_daemon->start({QStringLiteral("--jobs"), QStringLiteral("5000")}),
+             qPrintable(m_daemon->standardError()));
+    const ChangedJobs before = PrintQueueDaemon::changedJobs();
+    const QString last = PrintQueueDaemon::allJobs().constLast().GUID;
+    const int all = PrintQueueDaemon::jobList().size();
+    QDBusPendingCall clear = PrintQueueDaemon::send("clearPrintJob");
+    while (PrintQueueDaemon::jobList().size() == all) { }
+    m_daemon->kill();
+    clear.waitForFinished();
+    QVERIFY(clear.isError());
+
+    QVERIFY(m_daemon->start());
+    const QStringList left = PrintQueueDaemon::jobList();
+    QVERIFY2(left.contains(last) && left.size() < all, qPrintable(QString::number(left.size())));
+    QCOMPARE((all - left.size()) % 250, 0);
+    QCOMPARE(PrintQueueDaemon::allJobs().size(), left.size());
+    const ChangedJobs now = PrintQueueDaemon::changedJobs(before.epoch, before.revision);
+    QVERIFY(!now.isComplete);
+    // Each of them has its document still.
+    QVERIFY(isAnswered(PrintQueueDaemon::call("reprintPrintJob", {last})));
     QVERIFY(isAnswered(PrintQueueDaemon::call("clearPrintJob")));
-    qInfo("10,000 jobs: list %lld ms, all records %lld ms, clear %lld ms", list, all, clock.elapsed());
-    QVERIFY(all < 2000);
+    for (const PrintJobMetaData &job : PrintQueueDaemon::allJobs())
+        QVERIFY2(job.jobStatus == QLatin1String("Held") || job.eventType == 3, qPrintable(job.jobStatus));
 }
 
 QTEST_GUILESS_MAIN(PrintqdTest)
