@@ -1,7 +1,7 @@
 // One print job as the daemon keeps it: the record that it tells, and what it has to remember besides.
 #pragma once
 
-#include "printjobmetadata.h"
+#include "jobwire.h"
 
 #include <QtCore/QString>
 
@@ -50,4 +50,3 @@ enum class JobError { None = 0, Failed = 1, Cancelled = 2, Lost = 3 };
 bool isFinished(const QString &status);
 /// Time of a job in milliseconds since the epoch, which may be any number; 0 where its time stamp is none.
 qint64 timeOf(const PrintJobMetaData &record);
-bool isSameRecord(const PrintJobMetaData &a, const PrintJobMetaData &b);

@@ -1,7 +1,8 @@
 // Applies and compares.
 #include "jobrecords.h"
 
-#include <tuple>
+#include "jobwire.h"
+
 #include <utility>
 
 namespace {
@@ -10,15 +11,6 @@ namespace {
 constexpr int mostAnswers = 1000;
 // Nothing but a daemon that loses its store again and again begins so often within one update.
 constexpr int mostBeginnings = 3;
-
-auto members(const PrintJobMetaData &job)
-{
-    return std::tie(job.timeStamp, job.GUID, job.jobName, job.jobStatus, job.appName, job.errorValue,
-                    job.copyCount, job.seriesCount, job.heat1, job.heat2, job.tension1, job.tension2,
-                    job.eventType, job.supplySKU, job.supplyColor, job.supplyMileage, job.ribbon1SKU,
-                    job.ribbon1Color, job.ribbon1Mileage, job.ribbon2SKU, job.ribbon2Color,
-                    job.ribbon2Mileage, job.imagePath);
-}
 
 } // namespace
 
@@ -37,7 +29,7 @@ QStringList differingJobs(const JobRecords &before, const JobRecords &after)
         return result;
     for (auto job = before.jobs.cbegin(); job != before.jobs.cend(); ++job) {
         const auto now = after.jobs.constFind(job.key());
-        if (now == after.jobs.cend() || members(*now) != members(*job))
+        if (now == after.jobs.cend() || !isSameRecord(*now, *job))
             result.append(job.key());
     }
     for (auto job = after.jobs.cbegin(); job != after.jobs.cend(); ++job) {
@@ -103,7 +95,7 @@ JobUpdate::Step JobUpdate::take(JobChanges &&answer)
     for (PrintJobMetaData &job : answer.jobs) {
         const QString guid = job.GUID;
         PrintJobMetaData &record = m_records.jobs[guid];
-        if (isCompared && members(record) != members(job))
+        if (isCompared && !isSameRecord(record, job))
             m_changed.append(guid);
         record = std::move(job);
     }

@@ -17,3 +17,6 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, PrintJobMetaData 
 
 /// Makes both types known to QtDBus; to be called before the first of them is sent or read.
 void registerJobTypes();
+
+/// Whether two records are the same in every member.
+bool isSameRecord(const PrintJobMetaData &a, const PrintJobMetaData &b);
