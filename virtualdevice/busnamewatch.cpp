@@ -90,9 +90,11 @@ bool BusNameWatch::isOwned()
     while (const Message message{dbus_connection_pop_message(m_connection.get())}) {
         if (dbus_message_get_reply_serial(message.get()) == m_question)
             m_owned = m_owned || ownerIsIn(message.get());
-        else if (m_call != 0 && dbus_message_get_reply_serial(message.get()) == m_call)
+        else if (m_call != 0 && dbus_message_get_reply_serial(message.get()) == m_call) {
             m_answered = dbus_message_get_type(message.get()) == DBUS_MESSAGE_TYPE_METHOD_RETURN;
-        else if (dbus_message_is_signal(message.get(), DBUS_INTERFACE_DBUS, "NameOwnerChanged"))
+            // An error is asked again: the daemon may have been another one by then.
+            m_call = 0;
+        } else if (dbus_message_is_signal(message.get(), DBUS_INTERFACE_DBUS, "NameOwnerChanged"))
             m_owned = newOwnerIsIn(message.get(), m_name);
     }
     return m_owned;
@@ -106,6 +108,8 @@ bool BusNameWatch::isAnswering(const char *interface, const char *method)
         const Message call(dbus_message_new_method_call(m_name.c_str(), "/", interface, method));
         dbus_connection_send(m_connection.get(), call.get(), &m_call);
         dbus_connection_flush(m_connection.get());
+        // Flushing may have read what the descriptor then no longer tells of.
+        isOwned();
     }
     return m_answered;
 }

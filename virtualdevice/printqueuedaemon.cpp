@@ -39,7 +39,8 @@ int PrintQueueDaemon::readinessDescriptor() const
 
 bool PrintQueueDaemon::isReady()
 {
-    const bool ready = m_watch->isAnswering("local.IZBIPCPRINTQD", "getJobList");
+    // Not of its own interface, whose calls it records.
+    const bool ready = m_watch->isAnswering("com.corvanta.VirtualDevice1", "ClearCalls");
     if (ready)
         m_watch.reset();
     return ready;

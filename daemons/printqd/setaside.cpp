@@ -47,7 +47,7 @@ bool isEmpty(const QString &folder)
 
 bool isFree(const QString &place)
 {
-    bool isTaken = isThere(place);
+    bool isTaken = isThere(place) || isThere(place + QStringLiteral("-wal"));
     for (const char *const name : folders)
         isTaken = isTaken || isThere(folderOf(place, name));
     return !isTaken;
@@ -114,11 +114,15 @@ QString SetAside::rename(const QString &path, QString *place)
     *place = *free;
     removeAllAt(*free);
     const QString log = QStringLiteral("-wal");
-    // The database first: files without one are set aside too, at the next start.
-    QString failure = renameOne(path + log, *free + log);
+    // The database first: whatever is left beside it, by a power cut in between, is set aside at the next
+    // start.
+    QString failure = renameOne(path, *free);
+    if (failure.isEmpty()) {
+        failure = renameOne(path + log, *free + log);
+        if (!failure.isEmpty())
+            renameOne(*free, path);
+    }
     QFile::remove(path + QStringLiteral("-shm"));
-    if (failure.isEmpty())
-        failure = renameOne(path, *free);
     for (const char *const name : folders) {
         if (failure.isEmpty())
             failure = renameFolder(folderBeside(path, name), folderOf(*free, name));

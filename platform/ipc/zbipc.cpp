@@ -3,7 +3,6 @@
 
 #include "zbipc_p.h"
 
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QMetaMethod>
 #include <QtCore/QPointer>
 
@@ -172,6 +171,9 @@ void ZBIPC::Private::jobsChanged(const QStringList &guids)
     bounds.end();
     for (const QString &guid : guids)
         notices.add(guid);
+    // A daemon that speaks may have lost the question that all notices wait for.
+    if (isTellingHeld && lookCall && sinceQuestion.elapsed() > JobDaemon::patienceMilliseconds)
+        look();
     if (!notices.isEmpty())
         telling.post(Qt::LowEventPriority);
 }
@@ -194,6 +196,7 @@ void ZBIPC::Private::look()
 
 void ZBIPC::Private::waitFor(const QDBusPendingCall &call, void (Private::*answered)(const QDBusMessage &))
 {
+    sinceQuestion.start();
     lookCall = std::make_unique<QDBusPendingCallWatcher>(call, q);
     connect(lookCall.get(), &QDBusPendingCallWatcher::finished, q,
             [this, answered](QDBusPendingCallWatcher *watcher) {
@@ -284,7 +287,7 @@ void ZBIPC::Private::tellNext()
     Q_EMIT q->PrintJobInfoChanged(guid);
     if (!isThere)
         return;
-    if (reads != readsBefore) {
+    if (reads != readsBefore && !hasFetchFailed) {
         toldAgain.clear();
     } else if (turn.elapsed() >= longTurnMilliseconds) {
         // Whoever was told waited, as like as not for a daemon that does not answer, and would wait as long

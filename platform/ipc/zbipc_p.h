@@ -8,6 +8,7 @@
 #include "postedcall.h"
 #include "zbipc.h"
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QSet>
 #include <QtDBus/QDBusPendingCallWatcher>
 
@@ -64,6 +65,7 @@ private:
     PostedCall looking;
     std::optional<JobUpdate> lookUpdate;
     std::unique_ptr<QDBusPendingCallWatcher> lookCall;
+    QElapsedTimer sinceQuestion; ///< of the look
 
     PendingNotices notices;
     quint64 reads = 0; ///< how often a job was asked for
