@@ -16,7 +16,8 @@ FocusScope {
             return qsTr("The print queue is not running.");
         if (probe.state === PrintQueueProbe.Silent)
             return qsTr("The print queue does not answer.");
-        return probe.state === PrintQueueProbe.Failing ? qsTr("The print queue cannot list its jobs.") : "";
+        return probe.state === PrintQueueProbe.Failing || probe.state === PrintQueueProbe.Asking && wasFailing
+               ? qsTr("The print queue cannot list its jobs.") : "";
     }
     /// Whether the print queue says itself that there are none.
     readonly property bool isEmpty: isRead && !isAbsent && jobs.count === 0 && probe.jobCount === 0
@@ -37,6 +38,15 @@ FocusScope {
     /// What was ordered and did not show yet, and the job.
     property string expected
     property var ordered: ({})
+    /// The jobs that looked like the one to come when it was ordered: a list that could not be read for a moment brings
+    /// them again.
+    property var alike: []
+    /// How many jobs there were when they were to be cleared, and whether some left the list since. They also do when
+    /// it could not be read.
+    property int countBefore
+    property bool isThinned
+    /// Whether the print queue could not list its jobs when it last answered; that is not taken back by asking again.
+    property bool wasFailing
     /// All in milliseconds: how long a change is waited for before the page says that there is none, and until it is
     /// no longer taken for what was ordered; how long the print queue may take to answer; how long a report stays;
     /// after how long a print queue that could not list its jobs is asked again.
@@ -85,27 +95,59 @@ FocusScope {
     }
 
     function refuse(text) {
+        giving.stop();
         order = null;
         complain(text);
     }
 
     /// The back end does not say what becomes of it: the list does.
     function give() {
+        if (order === null)
+            return;
         var begin = Date.now();
-        expected = order.what;
+        var what = order.what;
         ordered = order.job;
+        expected = what;
+        alike = what === "reprint" ? guidsAlike() : [];
+        countBefore = probe.state === PrintQueueProbe.Answering ? probe.jobCount : jobs.count;
+        isThinned = false;
         impatience.restart();
         oblivion.restart();
-        if (expected === "reprint")
+        order = null;
+        if (what === "reprint")
             ZBPrinterHistory.reprintPrintJob(ordered.GUID);
         else
             ZBPrinterHistory.cancelPrintJob();
-        order = null;
-        if (expected !== "" && Date.now() - begin > patience) {
-            disappoint(expected === "reprint" ? qsTr("The print queue does not answer; it may still print later")
-                                              : qsTr("The print queue does not answer; it may still clear later"));
-            probe.ask();
+        if (expected === "" || Date.now() - begin <= patience)
+            return;
+        if (what === "reprint")
+            disappoint(qsTr("The print queue does not answer; it may still print later"));
+        else
+            waitLonger();
+        probe.ask();
+    }
+
+    function guidsAlike() {
+        var guids = [];
+        for (var row = 0; row < jobs.count; ++row) {
+            var job = jobs.jobAt(row);
+            if (isOrdered(job))
+                guids.push(job.GUID);
         }
+        return guids;
+    }
+
+    /// A long history takes long to be cleared. What goes then is still taken for that.
+    function waitLonger() {
+        impatience.stop();
+        complain(qsTr("The print queue takes long; it may still clear"));
+    }
+
+    /// That jobs left the list does not say that they were cleared: the print queue does.
+    function judgeClearing() {
+        if (expected === "clear" && isThinned && probe.state === PrintQueueProbe.Answering
+                && probe.jobCount < countBefore)
+            fulfilled(probe.jobCount === 0 ? qsTr("The history was cleared") : qsTr("The finished jobs were cleared"));
     }
 
     function fulfilled(text) {
@@ -159,7 +201,12 @@ FocusScope {
     PrintQueueProbe {
         id: probe
 
-        onStateChanged: page.decide()
+        onStateChanged: {
+            if (state !== PrintQueueProbe.Asking)
+                page.wasFailing = state === PrintQueueProbe.Failing;
+            page.decide();
+            page.judgeClearing();
+        }
     }
 
     ZBPrintJobModel {
@@ -169,16 +216,18 @@ FocusScope {
             if (page.expected !== "reprint")
                 return;
             for (var row = first; row <= last; ++row) {
-                if (page.isOrdered(jobAt(row))) {
+                var job = jobAt(row);
+                if (page.isOrdered(job) && page.alike.indexOf(job.GUID) < 0) {
                     page.fulfilled(qsTr("%1 was sent to the printer again").arg(JobTexts.quoted(page.ordered)));
                     return;
                 }
             }
         }
         onRowsRemoved: {
-            if (page.expected === "clear")
-                page.fulfilled(count === 0 ? qsTr("The history was cleared")
-                                           : qsTr("The finished jobs were cleared"));
+            if (page.expected !== "clear")
+                return;
+            page.isThinned = true;
+            probe.ask();
         }
         onCountChanged: page.askForList()
         onJobsChanged: {
@@ -237,6 +286,8 @@ FocusScope {
             if (page.expected === "reprint")
                 page.disappoint(qsTr("%1 could not be printed again. Its document may no longer be kept.")
                                 .arg(JobTexts.quoted(page.ordered)));
+            else if (page.expected === "clear" && page.isThinned && probe.state !== PrintQueueProbe.Answering)
+                page.waitLonger();
             else if (page.expected === "clear")
                 page.disappoint(qsTr("Nothing was cleared. Jobs that are not finished stay."));
         }

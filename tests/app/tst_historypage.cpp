@@ -44,6 +44,9 @@ private Q_SLOTS:
     void listThatCannotBeHadIsNotSaidToBeEmpty();
     void hangingQueueIsGivenNoOrder();
     void orderWithoutEffectIsNotSaidToBeDone();
+    void slowClearIsReportedWhenItShows();
+    void jobsThatCannotBeReadAreNotSaidToBeCleared();
+    void jobThatComesBackIsNotSaidToBePrinted();
     void clearAsksFirst();
     void clearLeavesUnfinishedJobs();
     void absentQueueIsSaidAndWhatWasKnownStays();
@@ -435,6 +438,10 @@ void TestHistoryPage::listThatCannotBeHadIsNotSaidToBeEmpty()
     COMPARE_SOON(seen(app, QStringLiteral("history.none")), QStringLiteral("No jobs are known"));
     QCOMPARE(app.property(QStringLiteral("history.trouble"), "text").toString(),
              QStringLiteral("The print queue cannot list its jobs."));
+    // Asking again does not take that back.
+    const QSignalSpy changes(&app.item(QStringLiteral("history.page")), SIGNAL(troubleChanged()));
+    QTest::qWait(200);
+    QCOMPARE(changes.size(), 0);
     queue.failLists(false);
     COMPARE_SOON(reportOf(app), QStringLiteral("2 jobs, newest first"));
     QVERIFY(!app.isVisible(QStringLiteral("history.trouble")));
@@ -498,7 +505,7 @@ void TestHistoryPage::orderWithoutEffectIsNotSaidToBeDone()
     queue.delayOrders(80);
     app->click(QStringLiteral("history.clear"));
     app->click(QStringLiteral("confirmation.confirm"));
-    COMPARE_SOON(reportOf(*app), QStringLiteral("The print queue does not answer; it may still clear later"));
+    COMPARE_SOON(reportOf(*app), QStringLiteral("The print queue takes long; it may still clear"));
     reprintFirst(*app);
     COMPARE_SOON(reportOf(*app), QStringLiteral("The print queue does not answer; it may still print later"));
     waiting = PrintQueue::job(2);
@@ -506,6 +513,56 @@ void TestHistoryPage::orderWithoutEffectIsNotSaidToBeDone()
     waiting.appName = 2;
     queue.set(waiting);
     COMPARE_SOON(reportOf(*app), QStringLiteral("“job 1” was sent to the printer again"));
+}
+
+void TestHistoryPage::slowClearIsReportedWhenItShows()
+{
+    PrintQueue queue(2);
+    queue.delayOrders(80);
+    const auto app = openPage(2);
+    app->item(QStringLiteral("history.page")).setProperty("patience", 20);
+    app->click(QStringLiteral("history.clear"));
+    app->click(QStringLiteral("confirmation.confirm"));
+    COMPARE_SOON(reportOf(*app), QStringLiteral("The history was cleared"));
+}
+
+void TestHistoryPage::jobsThatCannotBeReadAreNotSaidToBeCleared()
+{
+    PrintQueue queue;
+    PrintJobMetaData waiting = PrintQueue::job(1);
+    waiting.jobStatus = QStringLiteral("Waiting");
+    queue.set(waiting);
+    const auto app = openPage(1);
+    app->click(QStringLiteral("history.clear"));
+    app->click(QStringLiteral("confirmation.confirm"));
+    COMPARE_SOON(queue.orders().size(), 1);
+    waiting.copyCount = 0; // as all numbers of a record that could not be had
+    queue.set(waiting);
+    COMPARE_SOON(app->item(QStringLiteral("pageScroll")).property("count").toInt(), 0);
+    COMPARE_SOON(seen(*app, QStringLiteral("history.none")), QStringLiteral("No jobs are known"));
+    QCOMPARE(reportOf(*app), QStringLiteral("Asking the print queue…"));
+    app->item(QStringLiteral("history.page")).setProperty("patience", 20);
+    COMPARE_SOON(reportOf(*app), QStringLiteral("Nothing was cleared. Jobs that are not finished stay."));
+}
+
+void TestHistoryPage::jobThatComesBackIsNotSaidToBePrinted()
+{
+    PrintQueue queue(1);
+    PrintJobMetaData again = PrintQueue::job(1);
+    again.appName = 2;
+    queue.set(again);
+    queue.answerReprint(PrintQueue::Reprint::Refused);
+    const auto app = openPage(2);
+    reprintFirst(*app);
+    COMPARE_SOON(queue.orders().size(), 1);
+    for (const int copies : {0, 2}) {
+        again.copyCount = copies;
+        queue.set(again);
+        COMPARE_SOON(app->item(QStringLiteral("pageScroll")).property("count").toInt(), copies == 0 ? 1 : 2);
+    }
+    app->item(QStringLiteral("history.page")).setProperty("patience", 20);
+    COMPARE_SOON(reportOf(*app),
+                 QStringLiteral("“job 1” could not be printed again. Its document may no longer be kept."));
 }
 
 void TestHistoryPage::clearAsksFirst()
