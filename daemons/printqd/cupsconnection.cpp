@@ -176,7 +176,8 @@ CupsAnswer CupsConnection::exchange(const IppMessage &request, const Source &sou
     m_sinceBegin.start();
     CupsAnswer answer;
     // One that takes no more may have said why.
-    if (post(request, source) != Posted::Unreadable) {
+    const Posted posted = post(request, source);
+    if (posted != Posted::Unreadable) {
         const http_status_t answered = status();
         noteSlowness();
         if (answered == HTTP_STATUS_OK)
@@ -185,8 +186,9 @@ CupsAnswer CupsConnection::exchange(const IppMessage &request, const Source &sou
             return authenticate();
     }
     noteSlowness();
-    // Whatever comes later on it would be taken for the answer to another request.
-    if (!answer)
+    // Whatever comes later on it would be taken for the answer to another request, and where a request did
+    // not go out whole, the next one for the rest of it.
+    if (!answer || posted != Posted::Whole)
         close();
     return answer;
 }
@@ -239,8 +241,9 @@ CupsConnection::Posted CupsConnection::postDocument(const Source &source)
 http_status_t CupsConnection::status()
 {
     http_status_t answered = HTTP_STATUS_CONTINUE;
-    while (answered == HTTP_STATUS_CONTINUE)
+    do
         answered = httpUpdate(m_connection.get());
+    while (answered == HTTP_STATUS_CONTINUE && !isGivenUp() && m_sinceProgress.elapsed() < m_patience);
     return answered;
 }
 

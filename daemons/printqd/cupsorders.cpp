@@ -89,11 +89,18 @@ CupsTransport::Outcome CupsTransport::carryOut(const TransportOrder &order)
     }
     if (number == 0 && m_sent == order.guid)
         return refuse(order, QStringLiteral("the scheduler may have taken it, and lost it"));
-    // Nobody sent the document in time, and the scheduler gave up.
+    // Nobody sent the document in time, and the scheduler gave up, or somebody cancelled the job.
     if (number != 0 && job.state >= IPP_JSTATE_CANCELED) {
-        if (purge(number) == Outcome::Unreached)
-            return Outcome::Unreached;
+        const Outcome purged = purge(number);
+        // Beside it another job with the same token would not count as ours.
+        if (purged == Outcome::Refused)
+            return refuse(order, QStringLiteral("its empty job cannot be taken away"));
+        if (purged != Outcome::Done)
+            return purged;
         forgetNumber(number);
+        m_sent.clear();
+        if (job.state == IPP_JSTATE_CANCELED)
+            return refuse(order, QStringLiteral("somebody cancelled it"));
         number = 0;
     }
     if (number == 0) {
@@ -169,8 +176,10 @@ CupsTransport::Outcome CupsTransport::sendDocument(const TransportOrder &order, 
         return Outcome::Unreached;
     if (answer.isGood())
         return Outcome::Done;
-    if (answer && isForNowOnly(answer))
+    if (answer && isForNowOnly(answer)) {
+        m_sent.clear();
         return Outcome::Waits;
+    }
     // The job without a document is of no use. Where it cannot be taken away, the scheduler does that by
     // itself.
     if (purge(number) == Outcome::Done)
@@ -187,8 +196,13 @@ CupsTransport::Outcome CupsTransport::refuse(const TransportOrder &order, const 
 CupsTransport::Outcome CupsTransport::confirm(const TransportOrder &order, int number)
 {
     QVector<CupsJob> jobs;
-    if (!lookAtOne(number, &jobs))
-        return Outcome::Unreached;
+    const Outcome looked = lookAtOne(number, &jobs);
+    if (looked == Outcome::Refused) {
+        m_hasToLookAtAll = true;
+        return Outcome::Waits;
+    }
+    if (looked != Outcome::Done)
+        return looked;
     // Somebody was quicker to take it away; it was carried out all the same.
     const QString uuid = jobs.isEmpty() ? QString() : jobs.first().job.uuid;
     Q_EMIT submitted(order.guid, uuid);
@@ -305,5 +319,5 @@ CupsTransport::Outcome CupsTransport::purge(int number)
     if (answer.isGood() || answer.status() == IPP_STATUS_ERROR_NOT_FOUND)
         return Outcome::Done;
     qWarning("The scheduler does not forget job %d: %s", number, qPrintable(answer.reason()));
-    return Outcome::Refused;
+    return isForNowOnly(answer) ? Outcome::Waits : Outcome::Refused;
 }

@@ -5,6 +5,8 @@
 #include <QtCore/QLoggingCategory>
 #include <QtCore/QThread>
 
+#include <utility>
+
 namespace {
 
 /// The scheduler gives no more jobs at once, whatever it is asked for.
@@ -171,9 +173,10 @@ bool CupsTransport::workOnConnection()
         m_settling.reset();
         m_hasToLookAtAll = true;
     }
+    m_isUnsettled = m_isUnsettled || isNew;
     if (!subscribe() || !look())
         return false;
-    settle(isNew);
+    settle(std::exchange(m_isUnsettled, false));
     setReachable(true);
     return carryOutOrders() && keepDocuments() && forgetJobs();
 }
@@ -401,8 +404,8 @@ bool CupsTransport::lookAt(const std::set<int> &numbers)
         auto next = std::next(first);
         while (next != numbers.cend() && *next - *last <= nearNumbers && *next - *first < pageSize)
             last = next++;
-        const bool isReached =
-            first == last ? lookAtOne(*first, &jobs) : lookAtRange(*first, *last - *first + 1, &jobs);
+        const bool isReached = first == last ? lookAtOne(*first, &jobs) != Outcome::Unreached
+                                             : lookAtRange(*first, *last - *first + 1, &jobs);
         if (!isReached)
             return false;
         first = next;
@@ -433,17 +436,18 @@ bool CupsTransport::lookAtRange(int first, int count, QVector<CupsJob> *jobs)
     return true;
 }
 
-bool CupsTransport::lookAtOne(int number, QVector<CupsJob> *jobs)
+// Done without a job where the scheduler knows none.
+CupsTransport::Outcome CupsTransport::lookAtOne(int number, QVector<CupsJob> *jobs)
 {
     const IppMessage request = m_connection.requestForJob(IPP_OP_GET_JOB_ATTRIBUTES, number);
     CupsJobs::askForDetails(request.get());
     const CupsAnswer answer = m_connection.send(request);
     if (!answer)
-        return false;
+        return Outcome::Unreached;
     if (!answer.isGood())
-        return true;
+        return answer.status() == IPP_STATUS_ERROR_NOT_FOUND ? Outcome::Done : Outcome::Refused;
     *jobs += CupsJobs::jobsIn(answer.message.get());
-    return true;
+    return Outcome::Done;
 }
 
 // To KNOWN go all; jobsSeen() tells of those that are not as they were.

@@ -134,7 +134,7 @@ private:
     bool lookAtNewest();
     bool lookAt(const std::set<int> &numbers);
     bool lookAtRange(int first, int count, QVector<CupsJob> *jobs);
-    bool lookAtOne(int number, QVector<CupsJob> *jobs);
+    Outcome lookAtOne(int number, QVector<CupsJob> *jobs);
     void tell(const QVector<CupsJob> &jobs, QMap<int, CupsJob> *known);
     void noteOrder(CupsJob *job);
     void watch(const CupsJob &job);
@@ -185,6 +185,8 @@ private:
     bool m_isReachable = false;
     bool m_wasReachabilityTold = false;
     bool m_hasToLookAtAll = true;
+    /// The present connection is new, and nothing was looked at on it yet.
+    bool m_isUnsettled = false;
     /// There is more to do, which does not wait for the next look.
     bool m_isInAHurry = false;
     /// Events of this subscription arrive, and none was missed since.

@@ -1,28 +1,22 @@
 // Chooses the tool by the document's first bytes, runs it with limits, and looks at what it wrote.
 #include "picturemaker.h"
 
+#include "limitedprocess.h"
+
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QThread>
 #include <QtCore/QtEndian>
 
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <fcntl.h>
-#include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
-constexpr rlim_t mostMemory = 512 * 1024 * 1024;
-constexpr rlim_t mostProcessorSeconds = 10;
-constexpr rlim_t largestPicture = 8 * 1024 * 1024;
-constexpr rlim_t mostFiles = 64;
 constexpr int mostMilliseconds = 10000;
-constexpr int lowestPriority = 19;
 constexpr int longestRest = 60000;
 /// With less room a picture may have failed for want of it.
 constexpr off_t enoughRoom = 1024 * 1024;
@@ -66,16 +60,6 @@ Tool toolFor(const QString &documentPath)
     return {};
 }
 
-// What keeps the tool from the settings of whoever started the daemon.
-QProcessEnvironment toolEnvironment()
-{
-    QProcessEnvironment environment;
-    environment.insert(QStringLiteral("PATH"), QStringLiteral("/usr/bin:/bin"));
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    environment.insert(QStringLiteral("OMP_NUM_THREADS"), QStringLiteral("1"));
-    return environment;
-}
-
 // A PNG file within the bounds (https://www.w3.org/TR/png/#11IHDR): what a program of the application
 // decodes.
 bool isSmallPicture(const QString &path)
@@ -95,47 +79,6 @@ bool isSmallPicture(const QString &path)
 
 } // namespace
 
-/// A program whose output is a new file, and that may not take much of the machine.
-class LimitedProcess : public QProcess
-{
-public:
-    explicit LimitedProcess(const QString &outputPath, QObject *parent)
-        : QProcess(parent)
-        , m_output(QFile::encodeName(outputPath))
-    {
-    }
-
-protected:
-    // Between fork and exec: only what a signal handler might do.
-    void setupChildProcess() override
-    {
-        unlink(m_output.constData());
-        // Written through to the disk, by the tool and not by the daemon, whom that would hold up.
-        const int file = ::open(m_output.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_SYNC,
-                                S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH);
-        if (file < 0 || dup2(file, STDOUT_FILENO) < 0)
-            _exit(1);
-        ::close(file);
-        limit(RLIMIT_AS, mostMemory);
-        limit(RLIMIT_CPU, mostProcessorSeconds);
-        limit(RLIMIT_FSIZE, largestPicture);
-        limit(RLIMIT_NOFILE, mostFiles);
-        limit(RLIMIT_CORE, 0);
-        setpriority(PRIO_PROCESS, 0, lowestPriority);
-        prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-    }
-
-private:
-    static void limit(__rlimit_resource resource, rlim_t most)
-    {
-        const rlimit both = {most, most};
-        setrlimit(resource, &both);
-    }
-
-    const QByteArray m_output;
-};
-
 PictureMaker::PictureMaker(QObject *parent)
     : QObject(parent)
     , m_limit(this)
@@ -154,9 +97,7 @@ PictureMaker::~PictureMaker()
 {
     if (!m_tool)
         return;
-    m_tool->disconnect(this);
-    m_tool->kill();
-    m_tool->waitForFinished();
+    delete m_tool;
     if (m_sync)
         m_sync->wait();
     QFile::remove(m_work.picturePath + QLatin1String(".new"));
@@ -189,29 +130,29 @@ void PictureMaker::begin(const Work &work)
         return;
     }
     m_work = work;
-    m_tool = new LimitedProcess(work.picturePath + QLatin1String(".new"), this);
-    m_tool->setProcessEnvironment(toolEnvironment());
-    m_tool->setWorkingDirectory(QStringLiteral("/"));
-    m_tool->setStandardInputFile(work.documentPath);
-    m_tool->setStandardOutputFile(QProcess::nullDevice());
-    m_tool->setStandardErrorFile(QProcess::nullDevice());
-    connect(m_tool, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
-        if (error == QProcess::FailedToStart)
-            end(QStringLiteral("%1 cannot be run").arg(m_tool->program()));
-    });
-    connect(m_tool, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
-            [this] { end(takePicture()); });
+    m_tool = new LimitedProcess(this);
+    connect(m_tool, &LimitedProcess::finished, this, [this] { end(takePicture()); });
+    if (!m_tool->start(tool.program, tool.arguments, work.documentPath,
+                       work.picturePath + QLatin1String(".new"))) {
+        // As if it had run, so that whoever asked is answered from the event loop.
+        QMetaObject::invokeMethod(
+            m_tool, [this] { end(QStringLiteral("%1 cannot be run").arg(m_tool->program())); },
+            Qt::QueuedConnection);
+        return;
+    }
     m_limit.start(mostMilliseconds);
-    m_tool->start(tool.program, tool.arguments);
 }
 
 // The reason why there is no picture; empty when there is one.
 QString PictureMaker::takePicture()
 {
     const QString written = m_work.picturePath + QLatin1String(".new");
-    if (m_tool->exitStatus() != QProcess::NormalExit)
+    if (m_tool->hasCrashed())
         return m_limit.isActive() ? QStringLiteral("%1 crashed").arg(m_tool->program())
                                   : QStringLiteral("%1 takes too long").arg(m_tool->program());
+    constexpr int noProgram = 127;
+    if (m_tool->exitCode() == noProgram)
+        return QStringLiteral("%1 cannot be run").arg(m_tool->program());
     if (m_tool->exitCode() != 0 || !isSmallPicture(written))
         return QStringLiteral("%1 makes no picture of it").arg(m_tool->program());
     if (std::rename(QFile::encodeName(written).constData(), QFile::encodeName(m_work.picturePath).constData())

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QtCore/QObject>
-#include <QtCore/QProcess>
 #include <QtCore/QQueue>
 #include <QtCore/QString>
 #include <QtCore/QTimer>

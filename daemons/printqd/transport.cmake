@@ -17,6 +17,8 @@ set(ZB_PRINTQD_TRANSPORT_SOURCES
     ${CMAKE_CURRENT_LIST_DIR}/cupsorders.cpp
     ${CMAKE_CURRENT_LIST_DIR}/cupstransport.cpp
     ${CMAKE_CURRENT_LIST_DIR}/cupstransport.h
+    ${CMAKE_CURRENT_LIST_DIR}/limitedprocess.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/limitedprocess.h
     ${CMAKE_CURRENT_LIST_DIR}/picturemaker.cpp
     ${CMAKE_CURRENT_LIST_DIR}/picturemaker.h
     ${CMAKE_CURRENT_LIST_DIR}/printtransport.h)
